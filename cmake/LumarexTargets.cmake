@@ -1,0 +1,25 @@
+# Build settings shared by every target of the project, carried by one interface target.
+add_library(lumarex_options INTERFACE)
+target_compile_features(lumarex_options INTERFACE cxx_std_17)
+set_target_properties(lumarex_options PROPERTIES INTERFACE_CXX_EXTENSIONS OFF)
+target_compile_options(lumarex_options INTERFACE
+    -Wall -Wextra -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor)
+target_compile_definitions(lumarex_options INTERFACE
+    QT_DEPRECATED_WARNINGS)
+
+option(LUMAREX_WERROR "Treat compiler warnings as errors" OFF)
+if(LUMAREX_WERROR)
+    target_compile_options(lumarex_options INTERFACE -Werror)
+endif()
+
+# lumarex_add_test(NAME <name> SOURCES <files...> LIBRARIES <targets...>)
+# One QTest executable per subject, run by CTest on the offscreen platform.
+function(lumarex_add_test)
+    cmake_parse_arguments(ARG "" "NAME" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${ARG_NAME} ${ARG_SOURCES})
+    set_target_properties(${ARG_NAME} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${ARG_NAME} PRIVATE lumarex_options lumarex_testsupport Qt5::Test
+                                              ${ARG_LIBRARIES})
+    add_test(NAME ${ARG_NAME} COMMAND ${ARG_NAME})
+    set_tests_properties(${ARG_NAME} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and starts the editor. Without a display it says so and
+# runs the editor on a virtual X server (Xvfb).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh build run
+scripts/build.sh
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
+    echo "No display found: running the editor under Xvfb (a virtual X server)."
+    exec xvfb-run -a -s "-screen 0 1280x800x24" build/src/lumarex-config "$@"
+fi
+exec build/src/lumarex-config "$@"
