@@ -54,7 +54,9 @@ ModalAnswerer::Handler ModalAnswerer::chooseFile(const QString &path)
         if (fileDialog == nullptr)
             return;
         fileDialog->selectFile(path);
-        fileDialog->accept();
+        // QFileDialog::accept() is protected; through QDialog it still checks the choice
+        // (and asks before overwriting) as a click on the dialog's button would.
+        static_cast<QDialog *>(fileDialog)->accept();
     };
 }
 
