@@ -7,7 +7,7 @@ for need in "$@"; do
     case "$need" in
         build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools) ;;
         run) packages+=(xvfb xauth) ;;
-        test) packages+=(xvfb xauth) ;;
+        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac
 done
