@@ -22,7 +22,8 @@ inline constexpr std::uint32_t kFormatVersion = 20180601;
 inline constexpr std::uint64_t kFixed134 = 0x40000000; // a constant of the format
 inline constexpr int kTriggerSlots = 20; // fixed by the format, not by the trigger channel list
 
-enum class Field {
+enum class Field
+{
     magic,
     payloadLength,
     headerVersion,
@@ -70,14 +71,15 @@ enum class Field {
     crc,
 };
 
-enum class FieldType {
-    Ascii4,  // four ASCII bytes
+enum class FieldType
+{
+    Ascii4, // four ASCII bytes
     U8,
     U16,
     U32,
-    I32,     // two's complement
-    U16x20,  // 20 little-endian u16 elements
-    Bytes8,  // an opaque 64-bit little-endian constant
+    I32,    // two's complement
+    U16x20, // 20 little-endian u16 elements
+    Bytes8, // an opaque 64-bit little-endian constant
 };
 
 struct FieldInfo
