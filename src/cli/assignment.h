@@ -1,0 +1,17 @@
+#pragma once
+
+// The changes of the set command: FIELD=VALUE, or FIELD[INDEX]=VALUE for one element of an
+// array (FIELD=VALUE sets all of them). Values are the numbers of the JSON form, the magic its
+// four characters. The checksum is not among them: the command computes it.
+
+#include "configrecord.h"
+
+#include <QString>
+#include <optional>
+
+namespace lxconfig {
+
+// Applies one change; the reason naming the field when it cannot, leaving the record as it was.
+std::optional<QString> applyAssignment(lumarex::ConfigRecord &record, const QString &text);
+
+} // namespace lxconfig

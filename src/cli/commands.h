@@ -1,0 +1,31 @@
+#pragma once
+
+// The commands of lxconfig. Each takes its arguments after the command's name and the -o value
+// (empty when not given), reports on the Output and returns the process's exit status.
+
+#include "output.h"
+
+#include <QStringList>
+
+namespace lxconfig {
+
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitFailure = 1; // a file is not valid, a value or a write failed
+inline constexpr int kExitError =
+    2; // a wrong command line; for diff any failure, as 1 means "differ"
+
+struct Invocation
+{
+    QStringList arguments;
+    QString outputPath;
+};
+
+int checkCommand(const Invocation &invocation, Output &output);
+int showCommand(const Invocation &invocation, Output &output);
+int exportCommand(const Invocation &invocation, Output &output);
+int importCommand(const Invocation &invocation, Output &output);
+int defaultsCommand(const Invocation &invocation, Output &output);
+int setCommand(const Invocation &invocation, Output &output);
+int diffCommand(const Invocation &invocation, Output &output);
+
+} // namespace lxconfig

@@ -1,0 +1,17 @@
+// lxconfig defaults -o FILE: the bytes the editor saves from its untouched form.
+
+#include "commandfiles.h"
+#include "commands.h"
+#include "defaults.h"
+#include "recordfile.h"
+
+namespace lxconfig {
+
+int defaultsCommand(const Invocation &invocation, Output &output)
+{
+    return writeOutputFile(invocation.outputPath, recordBytes(defaultRecord()), output)
+               ? kExitSuccess
+               : kExitFailure;
+}
+
+} // namespace lxconfig

@@ -1,0 +1,28 @@
+// lxconfig export FILE [-o OUT]: the record in its JSON form, on standard output or into OUT.
+
+#include "commandfiles.h"
+#include "commands.h"
+#include "jsonform.h"
+
+namespace lxconfig {
+
+int exportCommand(const Invocation &invocation, Output &output)
+{
+    const QString &path = invocation.arguments.at(0);
+    const std::optional<lumarex::ConfigRecord> record = readInputFile(path, Checks::Warn, output);
+    if (!record)
+        return kExitFailure;
+    QString error;
+    const std::optional<QByteArray> json = recordToJson(*record, error);
+    if (!json) {
+        output.error(path + QStringLiteral(": ") + error);
+        return kExitFailure;
+    }
+    if (invocation.outputPath.isEmpty()) {
+        output.out() << QString::fromUtf8(*json);
+        return kExitSuccess;
+    }
+    return writeOutputFile(invocation.outputPath, *json, output) ? kExitSuccess : kExitFailure;
+}
+
+} // namespace lxconfig

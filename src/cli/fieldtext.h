@@ -1,0 +1,19 @@
+#pragma once
+
+// Field values as show and diff print them: the number, and where the editor shows it as
+// something else, what the editor shows.
+
+#include "configrecord.h"
+
+#include <QString>
+
+namespace lxconfig {
+
+// One element: `2 "Custom settings"`, `17 (no item)`, `-125 (shown as 10.00)`, `"CONF"`.
+QString elementText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info,
+                    int element);
+
+// The whole field; an array as its 20 numbers separated by spaces.
+QString fieldText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info);
+
+} // namespace lxconfig

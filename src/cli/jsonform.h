@@ -1,0 +1,23 @@
+#pragma once
+
+// The JSON form of a record: one object with one key per field, named as in the file format.
+// Arrays hold 20 numbers, the magic is a string of four characters of one byte each, every
+// other field a whole number. Together the keys give every byte of the record, so a record
+// survives the trip to JSON and back unchanged.
+
+#include "configrecord.h"
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+
+namespace lxconfig {
+
+// Nothing, with the reason in error, when fixed134 holds more than a JSON number can.
+std::optional<QByteArray> recordToJson(const lumarex::ConfigRecord &record, QString &error);
+
+// Every key must be there, known and within its field's range; the crc key is taken as it
+// stands. Nothing, with the reason naming the key in error, otherwise.
+std::optional<lumarex::ConfigRecord> recordFromJson(const QByteArray &json, QString &error);
+
+} // namespace lxconfig

@@ -1,0 +1,58 @@
+#include "recordfile.h"
+
+#include "fieldvalue.h"
+#include "filereading.h"
+
+namespace lxconfig {
+
+namespace {
+
+constexpr qint64 kEditorReadSize = 1024;
+
+} // namespace
+
+RecordFile readRecordFile(const QString &path)
+{
+    const FileContents contents = readFile(path, kEditorReadSize);
+    RecordFile file;
+    file.error = contents.error;
+    file.size = contents.size;
+    file.record = lumarex::ConfigRecord::fromBytes(
+        reinterpret_cast<const std::uint8_t *>(contents.data.constData()),
+        static_cast<std::size_t>(contents.data.size()));
+    return file;
+}
+
+std::optional<QString> recordProblem(const lumarex::ConfigRecord &record)
+{
+    using lumarex::Field;
+    if (!record.hasMagic()) {
+        return QStringLiteral("bad magic %1 (expected \"CONF\")").arg(quotedMagic(record));
+    }
+    const std::uint32_t version = record.value(Field::headerVersion);
+    if (version != lumarex::kFormatVersion) {
+        return QStringLiteral("format version %1 (expected %2)")
+            .arg(version)
+            .arg(lumarex::kFormatVersion);
+    }
+    if (record.storedChecksum() != record.computedChecksum()) {
+        return QStringLiteral("checksum stored %1 computed %2")
+            .arg(record.storedChecksum())
+            .arg(record.computedChecksum());
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> sizeProblem(qint64 size)
+{
+    if (size == lumarex::kRecordSize)
+        return std::nullopt;
+    return QStringLiteral("%1 bytes (a record is %2)").arg(size).arg(lumarex::kRecordSize);
+}
+
+QByteArray recordBytes(const lumarex::ConfigRecord &record)
+{
+    return QByteArray(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
+}
+
+} // namespace lxconfig

@@ -1,0 +1,103 @@
+// The command line itself: help, version and the mistakes that make lxconfig exit with 2.
+
+#include "tst_cli.h"
+
+#include "workspace.h"
+
+#include <QTest>
+
+namespace {
+
+const QString kHelp = QStringLiteral(
+    "Usage: lxconfig COMMAND ARGUMENTS...\n"
+    "Checks, shows and edits Lumarex 2.0 configuration files (LXCONFIG.BIN).\n"
+    "\n"
+    "Commands:\n"
+    "  check FILE...             tell whether each file loads in the editor\n"
+    "  show FILE                 list every field with its offset and value\n"
+    "  export FILE [-o OUT]      write the fields as JSON to standard output or OUT\n"
+    "  import JSON -o FILE       write the record that a JSON form describes\n"
+    "  defaults -o FILE          write what the editor saves from its untouched form\n"
+    "  set FILE FIELD=VALUE...   change fields in place and mend the checksum\n"
+    "  diff A [B]                list the fields that differ (one file: from the defaults)\n"
+    "\n"
+    "Options:\n"
+    "  -o, --output FILE         the file to write\n"
+    "  -h, --help                show this help\n"
+    "  --version                 show the version\n"
+    "\n"
+    "Exit status: 0 success, 1 a file is not valid or a command failed\n"
+    "(diff: the files differ), 2 a wrong command line (diff: any failure).\n");
+
+const QString kTryHelp = QStringLiteral("Try 'lxconfig --help'.\n");
+
+QString usage(const QString &synopsis)
+{
+    return QStringLiteral("lxconfig: usage: lxconfig ") + synopsis + '\n' + kTryHelp;
+}
+
+} // namespace
+
+void TestCli::commandLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("err");
+
+    QTest::newRow("--help") << QStringList{"--help"} << 0 << kHelp << "";
+    QTest::newRow("-h") << QStringList{"-h"} << 0 << kHelp << "";
+    QTest::newRow("help before a command") << QStringList{"--help", "check"} << 0 << kHelp << "";
+    QTest::newRow("--version") << QStringList{"--version"} << 0
+                               << QStringLiteral("lxconfig " PROJECT_VERSION "\n") << "";
+    QTest::newRow("no command") << QStringList{} << 2 << ""
+                                << "lxconfig: no command given\n" + kTryHelp;
+    QTest::newRow("unknown command") << QStringList{"frobnicate", "good.bin"} << 2 << ""
+                                     << "lxconfig: unknown command \"frobnicate\"\n" + kTryHelp;
+    QTest::newRow("unknown short option") << QStringList{"check", "-x", "good.bin"} << 2 << ""
+                                          << "lxconfig: Unknown option 'x'.\n" + kTryHelp;
+    QTest::newRow("unknown long option") << QStringList{"--colour", "show", "good.bin"} << 2 << ""
+                                         << "lxconfig: Unknown option 'colour'.\n" + kTryHelp;
+    QTest::newRow("-o without a value") << QStringList{"export", "good.bin", "-o"} << 2 << ""
+                                        << "lxconfig: Missing value after '-o'.\n" + kTryHelp;
+    QTest::newRow("check without files")
+        << QStringList{"check"} << 2 << "" << usage("check FILE...");
+    QTest::newRow("check with -o")
+        << QStringList{"check", "good.bin", "-o", "x"} << 2 << "" << usage("check FILE...");
+    QTest::newRow("show without a file") << QStringList{"show"} << 2 << "" << usage("show FILE");
+    QTest::newRow("show with two files")
+        << QStringList{"show", "good.bin", "long.bin"} << 2 << "" << usage("show FILE");
+    QTest::newRow("export with two files") << QStringList{"export", "good.bin", "long.bin"} << 2
+                                           << "" << usage("export FILE [-o OUT]");
+    QTest::newRow("import without -o")
+        << QStringList{"import", "in.json"} << 2 << "" << usage("import JSON -o FILE");
+    QTest::newRow("import without JSON")
+        << QStringList{"import", "-o", "x.bin"} << 2 << "" << usage("import JSON -o FILE");
+    QTest::newRow("defaults without -o")
+        << QStringList{"defaults"} << 2 << "" << usage("defaults -o FILE");
+    QTest::newRow("defaults with a file") << QStringList{"defaults", "good.bin", "-o", "x.bin"} << 2
+                                          << "" << usage("defaults -o FILE");
+    QTest::newRow("set without changes")
+        << QStringList{"set", "good.bin"} << 2 << "" << usage("set FILE FIELD=VALUE...");
+    QTest::newRow("set with -o") << QStringList{"set", "good.bin", "gimbalRc=1", "-o", "x.bin"} << 2
+                                 << "" << usage("set FILE FIELD=VALUE...");
+    QTest::newRow("diff without files") << QStringList{"diff"} << 2 << "" << usage("diff A [B]");
+    QTest::newRow("diff with three files")
+        << QStringList{"diff", "good.bin", "long.bin", "short.bin"} << 2 << ""
+        << usage("diff A [B]");
+}
+
+void TestCli::commandLine()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, out);
+    QFETCH(QString, err);
+
+    const Workspace workspace;
+    COMPARE_RUN(workspace.run(arguments), exitCode, out, err);
+    // A refused command line writes nothing.
+    QVERIFY(!workspace.exists("x.bin"));
+}
+
+QTEST_MAIN(TestCli)
