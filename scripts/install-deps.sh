@@ -8,6 +8,7 @@ for need in "$@"; do
         build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools) ;;
         run) packages+=(xvfb xauth) ;;
         test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
+        bench) packages+=(libbenchmark-dev valgrind) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac
 done

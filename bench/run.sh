@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Builds the benchmarks (Release, build-bench/), runs them all and prints one table:
+#   - the file format and the save/load commands, as ratios to copying the 167 bytes;
+#   - start-up to the first painted window, the editor against a bare QMainWindow of its size:
+#     wall time and peak memory (medians of alternating runs) and instructions (callgrind).
+# Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
+# FILE_REPETITIONS (default 10), JOBS (default 2).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=build-bench
+results="$build/bench-results"
+
+scripts/install-deps.sh build bench
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
+    -DLUMAREX_BUILD_BENCHMARKS=ON >/dev/null
+cmake --build "$build" -j "${JOBS:-2}" --target lumarex-filebench lumarex-config-startup \
+    bare-window-startup lumarex-startup-bench >/dev/null
+mkdir -p "$results"
+
+echo "Running the file benchmarks..." >&2
+"$build/bench/lumarex-filebench" --benchmark_repetitions="${FILE_REPETITIONS:-10}" \
+    --benchmark_report_aggregates_only=true --benchmark_out="$results/file.json" \
+    --benchmark_out_format=json >"$results/file.log" 2>&1
+
+echo "Timing start-up..." >&2
+"$build/bench/lumarex-startup-bench" "${STARTUP_RUNS:-31}" \
+    "bare=$build/bench/bare-window-startup" "editor=$build/bench/lumarex-config-startup" \
+    >"$results/startup.txt"
+
+echo "Counting start-up instructions under callgrind..." >&2
+for program in bare-window-startup lumarex-config-startup; do
+    QT_QPA_PLATFORM=offscreen valgrind --tool=callgrind -q \
+        --callgrind-out-file="$results/callgrind.$program" "$build/bench/$program" 2>/dev/null
+    awk '/^totals:/ {print $2}' "$results/callgrind.$program" >"$results/instructions.$program"
+done
+
+awk -f bench/table.awk \
+    -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
+    -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
+    -v runs="${STARTUP_RUNS:-31}" -v repetitions="${FILE_REPETITIONS:-10}" \
+    "$results/file.json" "$results/startup.txt"
