@@ -136,7 +136,8 @@ void TestLoad::unopenedFile()
     const QStringList formBefore = formSnapshot(*window);
 
     const LoadRun run = pressReadFromFile(
-        *window, choice.isNull() ? ModalAnswerer::cancel() : returnPath(m_dir->filePath(choice)));
+        *window, choice.isNull() ? ModalAnswerer::cancel()
+                                 : ModalAnswerer::returnPath(m_dir->filePath(choice)));
 
     VERIFY_DIALOGS(run, *window, 1);
     QCOMPARE(run.out, out);
@@ -192,7 +193,8 @@ void TestLoad::refusedFile()
     const QStringList formBefore = formSnapshot(*window);
 
     VersionBox box;
-    const LoadRun run = pressReadFromFile(*window, openFile(path), answerVersionBox(answer, &box));
+    const LoadRun run =
+        pressReadFromFile(*window, ModalAnswerer::chooseFile(path), answerVersionBox(answer, &box));
 
     VERIFY_DIALOGS(run, *window, 2);
     QVERIFY(box.isMessageBox);
@@ -237,7 +239,7 @@ void TestLoad::checksumMismatch()
     auto window = freshWindow();
     const QStringList formBefore = formSnapshot(*window);
 
-    const LoadRun run = pressReadFromFile(*window, openFile(path));
+    const LoadRun run = pressReadFromFile(*window, ModalAnswerer::chooseFile(path));
 
     VERIFY_DIALOGS(run, *window, 1);
     QCOMPARE(run.out,
@@ -303,7 +305,7 @@ void TestLoad::changedFormLoadsBack()
     const QString path = writeFile(sealedFile(changedFormValues()));
     auto window = freshWindow();
 
-    const LoadRun run = pressReadFromFile(*window, openFile(path));
+    const LoadRun run = pressReadFromFile(*window, ModalAnswerer::chooseFile(path));
 
     VERIFY_DIALOGS(run, *window, 1);
     QCOMPARE(run.descriptorsLeftOpen, 0);
@@ -476,7 +478,7 @@ void TestLoad::storedValue()
     auto window = freshWindow();
     setControlValues(*window, before);
 
-    const LoadRun run = pressReadFromFile(*window, openFile(path));
+    const LoadRun run = pressReadFromFile(*window, ModalAnswerer::chooseFile(path));
 
     VERIFY_DIALOGS(run, *window, 1);
     QCOMPARE(run.out, loadedLines(checksum));
@@ -602,7 +604,7 @@ void TestLoad::rulesFiredByLoad()
         setControlValues(*window, before);
     }
 
-    const LoadRun run = pressReadFromFile(*window, openFile(path));
+    const LoadRun run = pressReadFromFile(*window, ModalAnswerer::chooseFile(path));
 
     VERIFY_DIALOGS(run, *window, 1);
     QCOMPARE(run.all, lines);
@@ -626,7 +628,7 @@ void TestLoad::longerFile()
     const QString path = writeFile(content);
     auto window = freshWindow();
 
-    const LoadRun run = pressReadFromFile(*window, openFile(path));
+    const LoadRun run = pressReadFromFile(*window, ModalAnswerer::chooseFile(path));
 
     VERIFY_DIALOGS(run, *window, 1);
     QCOMPARE(run.out, loadedLines(56176));

@@ -222,20 +222,6 @@ ModalAnswerer::Handler checkedSaveDialog(QWidget *window, const ModalAnswerer::H
     };
 }
 
-// Makes the save dialog return path exactly. The widget dialog's own accept() opens a folder
-// instead of returning it, so the dialog is ended with done(Accepted): getSaveFileName then
-// returns the path in the name field, and the save command receives it like any chosen name.
-ModalAnswerer::Handler returnPath(const QString &path)
-{
-    return [path](QWidget *dialog) {
-        auto *fileDialog = static_cast<QFileDialog *>(dialog); // checkedSaveDialog made sure
-        fileDialog->selectFile(path);
-        const auto answer =
-            qScopeGuard([&] { static_cast<QDialog *>(dialog)->done(QDialog::Accepted); });
-        QCOMPARE(fileDialog->selectedFiles(), QStringList{path});
-    };
-}
-
 // Answers the dialog's question whether to replace an existing file with Yes.
 void confirmOverwrite(QWidget *dialog)
 {
@@ -617,7 +603,7 @@ void TestSave::unopenablePathWritesNothing()
     for (const QString &folder : qAsConst(folders))
         QVERIFY(QDir(m_dir->path()).mkdir(folder));
 
-    pressWriteToFile(returnPath(pathOf(name)));
+    pressWriteToFile(ModalAnswerer::returnPath(pathOf(name)));
 
     QCOMPARE(m_console->out(), (QStringList{kVersionLine, QStringLiteral("CRC read: 23154"),
                                             QStringLiteral("Error opening file!")}));
@@ -631,7 +617,7 @@ void TestSave::failedWriteIsReported()
     if (!QFileInfo::exists(deviceFull))
         QSKIP("/dev/full, which fails every write, is missing here");
 
-    pressWriteToFile(returnPath(deviceFull));
+    pressWriteToFile(ModalAnswerer::returnPath(deviceFull));
 
     QCOMPARE(m_console->out(), (QStringList{kVersionLine, QStringLiteral("CRC read: 23154"),
                                             QStringLiteral("Error writing data to file")}));

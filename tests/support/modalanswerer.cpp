@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QTimer>
 
 namespace {
@@ -10,6 +11,25 @@ namespace {
 // gives up, so that a dialog that never opens fails the test instead of hanging it.
 constexpr int kMaxPolls = 2000;
 constexpr int kPollIntervalMs = 5;
+
+// Puts path into the name field of a widget file dialog, as typing would; selectFile() leaves the
+// field alone while it has the keyboard focus, so what it chooses would depend on timing.
+// Anything but a file dialog is dismissed, so a wrong dialog cannot leave a test waiting.
+QDialog *fileDialogWithName(QWidget *dialog, const QString &path)
+{
+    auto *fileDialog = qobject_cast<QFileDialog *>(dialog);
+    auto *nameField = fileDialog != nullptr
+                          ? fileDialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
+                          : nullptr;
+    if (nameField == nullptr) {
+        if (auto *modal = qobject_cast<QDialog *>(dialog))
+            modal->reject();
+        return nullptr;
+    }
+    nameField->setText(path);
+    return fileDialog;
+}
+
 } // namespace
 
 ModalAnswerer::ModalAnswerer() = default;
@@ -50,13 +70,17 @@ void ModalAnswerer::poll()
 ModalAnswerer::Handler ModalAnswerer::chooseFile(const QString &path)
 {
     return [path](QWidget *dialog) {
-        auto *fileDialog = qobject_cast<QFileDialog *>(dialog);
-        if (fileDialog == nullptr)
-            return;
-        fileDialog->selectFile(path);
-        // QFileDialog::accept() is protected; through QDialog it still checks the choice
-        // (and asks before overwriting) as a click on the dialog's button would.
-        static_cast<QDialog *>(fileDialog)->accept();
+        // QFileDialog::accept() is protected; through QDialog it is what the dialog's button does.
+        if (QDialog *fileDialog = fileDialogWithName(dialog, path))
+            fileDialog->accept();
+    };
+}
+
+ModalAnswerer::Handler ModalAnswerer::returnPath(const QString &path)
+{
+    return [path](QWidget *dialog) {
+        if (QDialog *fileDialog = fileDialogWithName(dialog, path))
+            fileDialog->done(QDialog::Accepted);
     };
 }
 

@@ -24,7 +24,14 @@ public:
     int answered() const { return m_answered; }
 
     // Handlers for the dialogs of the editor.
+    // Types path into a file dialog's name field and presses its Open or Save button, which
+    // checks the choice (and asks before replacing a file) as a user's click would.
     static Handler chooseFile(const QString &path);
+    // Makes a file dialog return path as it stands. The widget dialog's own button steps into a
+    // folder instead of returning it and refuses to open a path that does not exist, so the
+    // dialog is ended with done(Accepted): the static QFileDialog functions then return the name
+    // field's text, and the command receives it like any chosen file.
+    static Handler returnPath(const QString &path);
     static Handler cancel();
     static Handler accept();
 
