@@ -23,3 +23,12 @@ function(lumarex_add_test)
     add_test(NAME ${ARG_NAME} COMMAND ${ARG_NAME})
     set_tests_properties(${ARG_NAME} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
+
+# A build checked at run time by the compiler's sanitizers, e.g. -DLUMAREX_SANITIZE=address,undefined.
+# Every report ends the process, so a test that provokes one fails.
+set(LUMAREX_SANITIZE "" CACHE STRING "Sanitizers to build with (-fsanitize= list), empty for none")
+if(LUMAREX_SANITIZE)
+    target_compile_options(lumarex_options INTERFACE
+        -fsanitize=${LUMAREX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(lumarex_options INTERFACE -fsanitize=${LUMAREX_SANITIZE})
+endif()

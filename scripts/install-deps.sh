@@ -9,6 +9,7 @@ for need in "$@"; do
         run) packages+=(xvfb xauth) ;;
         test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
         bench) packages+=(libbenchmark-dev valgrind) ;;
+        asan) packages+=(g++ libasan8 libubsan1) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac
 done

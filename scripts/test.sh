@@ -2,6 +2,8 @@
 # Installs what is missing, builds, and runs every test.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/install-deps.sh build test
+scripts/install-deps.sh build test asan
 scripts/build.sh -DLUMAREX_WERROR=ON
 ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
+# Hardening (README): the suite again under the sanitizers.
+scripts/sanitize.sh
