@@ -10,6 +10,7 @@ for need in "$@"; do
         test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
         bench) packages+=(libbenchmark-dev valgrind) ;;
         asan) packages+=(g++ libasan8 libubsan1) ;;
+        fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac
 done

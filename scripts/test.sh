@@ -2,8 +2,9 @@
 # Installs what is missing, builds, and runs every test.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/install-deps.sh build test asan
+scripts/install-deps.sh build test asan fuzz
 scripts/build.sh -DLUMAREX_WERROR=ON
 ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
-# Hardening (README): the suite again under the sanitizers.
+# Hardening (README): each fuzz target for a minute, then the suite again under the sanitizers.
+scripts/fuzz.sh
 scripts/sanitize.sh
