@@ -11,6 +11,7 @@ for need in "$@"; do
         bench) packages+=(libbenchmark-dev valgrind) ;;
         asan) packages+=(g++ libasan8 libubsan1) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+        valgrind) packages+=(valgrind) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac
 done
