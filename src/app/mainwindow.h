@@ -42,7 +42,8 @@ public:
 private slots:
     void on_btnSetConf_clicked();
     void on_btnReadConf_clicked();
-    // These two are not named on_<object>_<signal>; the constructor connects them with the others.
+    // No underscore after the object name, so connectSlotsByName passes these two over and the
+    // constructor connects them itself.
     void on_cbPeripheryGPSIndexChanged(int i);
     void on_cbTriggerPinModeIndexChanged(int i);
     void on_cbTriggerPinMode_currentIndexChanged(const QString &arg1);

@@ -309,7 +309,7 @@ void TestRules::gimbalRemoteControl_data()
 {
     addScenarioColumns();
 
-    // The slot is connected twice, so every state change runs it twice.
+    // The slot is connected by name and again explicitly, so every state change runs it twice.
     // Only the first run changes the pin mode and so fires the nested pin mode lines.
     QTest::newRow("checking")
         << kChangeGimbalDrivenValues << setCheck(kGimbal, Qt::Checked)
