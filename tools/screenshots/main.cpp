@@ -50,8 +50,8 @@ int main(int argc, char *argv[])
     bool written = writeShot(window, output.filePath(QStringLiteral("window.png")));
     for (int index = 0; index < tabs->count(); ++index) {
         tabs->setCurrentIndex(index);
-        written = writeShot(window, output.filePath(fileNameFor(index, tabs->tabText(index)))) &&
-                  written;
+        written =
+            writeShot(window, output.filePath(fileNameFor(index, tabs->tabText(index)))) && written;
     }
     return written ? 0 : 1;
 }
