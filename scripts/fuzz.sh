@@ -15,6 +15,8 @@ CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDe
 cmake --build build-fuzz -j "${JOBS:-2}" --target "${targets[@]/%/_fuzzer}"
 
 export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp
+# Suppressions match function names, which only a symbolizer can give.
+export ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 mkdir -p build-fuzz/artifacts
 for target in "${targets[@]}"; do

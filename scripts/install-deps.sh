@@ -9,8 +9,9 @@ for need in "$@"; do
         run) packages+=(xvfb xauth) ;;
         test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
         bench) packages+=(libbenchmark-dev valgrind) ;;
-        asan) packages+=(g++ libasan8 libubsan1) ;;
-        fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+        # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
+        asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;
+        fuzz) packages+=(clang-14 libclang-rt-14-dev llvm-14) ;;
         valgrind) packages+=(valgrind) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac

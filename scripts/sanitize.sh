@@ -15,4 +15,6 @@ export ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:detect_stack_use_after_return
 # empty.
 export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+# Suppressions match function names, which only a symbolizer can give.
+export ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer
 ctest --test-dir build-asan --output-on-failure -j "${JOBS:-2}"
