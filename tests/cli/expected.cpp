@@ -1,5 +1,7 @@
 #include "expected.h"
 
+#include "crc16.h"
+
 #include <QRegularExpression>
 
 const QByteArray kDefaultBytes = QByteArray::fromHex(
@@ -210,6 +212,15 @@ const QStringList kZeroJson = {
     R"-(    "crc": 0)-",
     R"-(})-",
 };
+
+QByteArray withMendedChecksum(QByteArray record)
+{
+    const std::uint16_t crc =
+        lumarex::crc16(reinterpret_cast<const std::uint8_t *>(record.constData()), 165);
+    record[165] = char(crc & 0xFF);
+    record[166] = char(crc >> 8);
+    return record;
+}
 
 QByteArray patched(QByteArray bytes, int offset, const QByteArray &replacement)
 {

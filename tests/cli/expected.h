@@ -17,6 +17,9 @@ extern const QStringList kZeroShow;
 extern const QStringList kDefaultJson;
 extern const QStringList kZeroJson;
 
+// The record with its checksum (bytes 165 and 166) computed anew over bytes 0 to 164.
+QByteArray withMendedChecksum(QByteArray record);
+
 // The bytes with a run of them replaced from offset on.
 QByteArray patched(QByteArray bytes, int offset, const QByteArray &replacement);
 

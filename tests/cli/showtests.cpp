@@ -1,6 +1,5 @@
 // lxconfig show: every field with its offset and value, and what the editor shows for it.
 
-#include "crc16.h"
 #include "expected.h"
 #include "tst_cli.h"
 #include "workspace.h"
@@ -12,12 +11,7 @@ namespace {
 // The default record with a run of bytes replaced and the checksum mended.
 QByteArray defaultsWith(int offset, const QByteArray &replacement)
 {
-    QByteArray bytes = patched(kDefaultBytes, offset, replacement);
-    const std::uint16_t crc =
-        lumarex::crc16(reinterpret_cast<const std::uint8_t *>(bytes.constData()), 165);
-    bytes[165] = char(crc & 0xFF);
-    bytes[166] = char(crc >> 8);
-    return bytes;
+    return withMendedChecksum(patched(kDefaultBytes, offset, replacement));
 }
 
 } // namespace
