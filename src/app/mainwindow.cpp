@@ -2,6 +2,26 @@
 
 #include "ui_mainwindow.h"
 
+#include <QAccessible>
+
+namespace {
+
+// A widget created inside an already disabled parent is disabled by the toolkit during its own
+// constructor, and that announcement makes the toolkit build and keep an accessibility interface
+// while the object is still a bare QWidget: screen readers would hear a nameless "filler" for
+// it forever. Dropping those cached interfaces lets the next query build them for the widgets'
+// real classes; no widget, state or connection of the form changes.
+void dropAccessibleInterfacesCachedInConstruction(QWidget *disabledAtBuild)
+{
+    const auto widgets = disabledAtBuild->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        if (QAccessibleInterface *cached = QAccessible::queryAccessibleInterface(widget))
+            QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(cached));
+    }
+}
+
+} // namespace
+
 MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWindow)
 {
     // setupUi makes the start-up selections before it connects slots by name, so no form rule
@@ -18,6 +38,9 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
             SLOT(on_cbTriggerPinModeIndexChanged(int)));
 
     ui->gb_externalshutteroptions->hide();
+
+    // The SBUS/PPM page is disabled before its controls are created.
+    dropAccessibleInterfacesCachedInConstruction(ui->tab_SBUS);
 }
 
 MainWindow::~MainWindow()
