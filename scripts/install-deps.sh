@@ -7,7 +7,10 @@ for need in "$@"; do
     case "$need" in
         build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools) ;;
         run) packages+=(xvfb xauth) ;;
-        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
+        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file)
+              # The screen-reader test: accessibility bus and registry, the AT-SPI client
+              # library, and a private D-Bus session to run them in.
+              packages+=(at-spi2-core python3-pyatspi dbus dbus-bin) ;;
         bench) packages+=(libbenchmark-dev valgrind) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
         asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;

@@ -1,0 +1,135 @@
+// What the toolkit's accessibility interfaces say about every captioned control of the window,
+// in process: its role, its spoken name and the caption that labels it. The captions are read
+// from the form file; the number of captioned controls and the role of each widget class are
+// written out here.
+
+#include "formcaptions.h"
+#include "mainwindow.h"
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QLabel>
+#include <QtTest>
+#include <memory>
+
+Q_DECLARE_METATYPE(FormCaption)
+
+namespace {
+
+constexpr int captionedControls = 38;
+
+QAccessible::Role roleOfClass(const QString &widgetClass)
+{
+    if (widgetClass == QLatin1String("QCheckBox"))
+        return QAccessible::CheckBox;
+    if (widgetClass == QLatin1String("QComboBox"))
+        return QAccessible::ComboBox;
+    if (widgetClass == QLatin1String("QSpinBox") || widgetClass == QLatin1String("QDoubleSpinBox"))
+        return QAccessible::SpinBox;
+    if (widgetClass == QLatin1String("QLineEdit"))
+        return QAccessible::EditableText;
+    return QAccessible::NoRole;
+}
+
+QVector<FormCaption> captions()
+{
+    QString error;
+    const QVector<FormCaption> read = readFormCaptions(QStringLiteral(LUMAREX_FORM_FILE), &error);
+    if (!error.isEmpty())
+        qWarning("%s", qPrintable(error));
+    return read;
+}
+
+} // namespace
+
+class TestAccessibleControls : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void everyControlHasACaption();
+    void controlSpeaksItsCaption_data();
+    void controlSpeaksItsCaption();
+    void sbusPageKeepsItsRolesWhenEnabled();
+
+private:
+    std::unique_ptr<MainWindow> m_window;
+};
+
+void TestAccessibleControls::init()
+{
+    m_window = std::make_unique<MainWindow>();
+}
+
+void TestAccessibleControls::cleanup()
+{
+    m_window.reset();
+}
+
+void TestAccessibleControls::everyControlHasACaption()
+{
+    QCOMPARE(captions().size(), captionedControls);
+}
+
+void TestAccessibleControls::controlSpeaksItsCaption_data()
+{
+    QTest::addColumn<FormCaption>("caption");
+    for (const FormCaption &caption : captions())
+        QTest::newRow(qPrintable(caption.control)) << caption;
+}
+
+void TestAccessibleControls::controlSpeaksItsCaption()
+{
+    QFETCH(FormCaption, caption);
+    auto *control = m_window->findChild<QWidget *>(caption.control);
+    auto *label = m_window->findChild<QLabel *>(caption.label);
+    QVERIFY(control != nullptr);
+    QVERIFY(label != nullptr);
+    QCOMPARE(label->text(), caption.text);
+    QCOMPARE(label->buddy(), control);
+
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(control);
+    QVERIFY(accessible != nullptr);
+    QCOMPARE(accessible->role(), roleOfClass(caption.controlClass));
+    QVERIFY(!accessible->text(QAccessible::Name).isEmpty());
+    // A combo box is named by its current item here; every other control by its caption.
+    if (accessible->role() != QAccessible::ComboBox)
+        QCOMPARE(accessible->text(QAccessible::Name), caption.text);
+
+    QAccessibleInterface *labelAccessible = QAccessible::queryAccessibleInterface(label);
+    QCOMPARE(labelAccessible->role(), QAccessible::StaticText);
+    QVector<QAccessibleInterface *> labelledBy;
+    const auto relations = accessible->relations(QAccessible::Label);
+    for (const auto &relation : relations)
+        labelledBy.append(relation.first);
+    QVERIFY2(labelledBy.contains(labelAccessible),
+             qPrintable(caption.control + " is not labelled by " + caption.label));
+}
+
+// The SBUS/PPM page is built disabled; when the trigger mode opens it, its controls must still be
+// exposed with their real roles.
+void TestAccessibleControls::sbusPageKeepsItsRolesWhenEnabled()
+{
+    auto *page = m_window->findChild<QWidget *>(QStringLiteral("tab_SBUS"));
+    auto *triggerMode = m_window->findChild<QComboBox *>(QStringLiteral("cbTriggerPinMode"));
+    QVERIFY(page != nullptr && triggerMode != nullptr);
+    QVERIFY(!page->isEnabled());
+    triggerMode->setCurrentIndex(1); // "SBUS"
+    QVERIFY(page->isEnabled());
+    int controls = 0;
+    for (const FormCaption &caption : captions()) {
+        auto *control = m_window->findChild<QWidget *>(caption.control);
+        if (!page->isAncestorOf(control))
+            continue;
+        ++controls;
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(control);
+        QCOMPARE(accessible->role(), roleOfClass(caption.controlClass));
+        QVERIFY(!accessible->state().disabled || !control->isEnabled());
+    }
+    QCOMPARE(controls, 13);
+}
+
+QTEST_MAIN(TestAccessibleControls)
+#include "tst_accessiblecontrols.moc"
