@@ -51,8 +51,8 @@ QVector<FormCaption> readFormCaptions(const QString &formPath, QString *error)
             }
         } else if (reader.isEndElement() && reader.name() == QLatin1String("widget")) {
             openLabel.removeLast();
-        } else if (reader.isStartElement() && reader.name() == QLatin1String("property")
-                   && !openLabel.isEmpty() && openLabel.last() >= 0) {
+        } else if (reader.isStartElement() && reader.name() == QLatin1String("property") &&
+                   !openLabel.isEmpty() && openLabel.last() >= 0) {
             LabelEntry &label = labels[openLabel.last()];
             const auto property = reader.attributes().value("name");
             if (property == QLatin1String("text"))
