@@ -50,6 +50,7 @@ private slots:
     void tabReachesEveryEnabledControl();
     void spaceTogglesACheckBox();
     void pageSwitching();
+    void openedPagesKeepTheirOrder();
 
 private:
     // Ctrl+Tab from the tab bar until the page at index is shown.
@@ -232,6 +233,30 @@ void TestKeyboard::pageSwitching()
     QTest::sendKeyEvent(QTest::Click, frameMode, Qt::Key_Backtab, QString(),
                         Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(m_tabs->currentIndex(), 0);
+}
+
+// The controls that start closed take their places in the order of creation too.
+void TestKeyboard::openedPagesKeepTheirOrder()
+{
+    auto *triggerMode = m_window->findChild<QComboBox *>(QStringLiteral("cbTriggerPinMode"));
+    auto *shutter = m_window->findChild<QCheckBox *>(QStringLiteral("cb_externalshutter"));
+    QVERIFY(triggerMode != nullptr && shutter != nullptr);
+    showPage(1);
+    triggerMode->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(triggerMode, Qt::Key_Down);
+    showPage(0);
+    shutter->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(shutter, Qt::Key_Space);
+
+    showPage(0);
+    QCOMPARE(tabStopsOnCurrentPage().join(QLatin1Char(' ')),
+             QStringLiteral("cbPeripheryGimbalrc cbPeripheryGPS cb_externalshutter "
+                            "sb_eso_shutterinterval sb_eso_offset (btnReadConf) (btnSetConf)"));
+    showPage(3);
+    QCOMPARE(tabStopsOnCurrentPage().join(QLatin1Char(' ')),
+             QStringLiteral("sBTriggerLow cbSbusFFC cbSbusIsotherms cbSbusColormap cbSbusIsoLow "
+                            "cbSbusIsoMid cbSbusIsoUp cbSbusOverlay sBTriggerHigh cbSbusTrigger "
+                            "cbSbusZoom (btnReadConf) (btnSetConf)"));
 }
 
 QTEST_MAIN(TestKeyboard)
