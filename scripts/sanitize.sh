@@ -17,4 +17,6 @@ export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressi
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 # Suppressions match function names, which only a symbolizer can give.
 export ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer
-ctest --test-dir build-asan --output-on-failure -j "${JOBS:-2}"
+# The screen-reader test (label atspi) is left out: it ends its editor with a signal, so no leak
+# check runs in it, and its runs depend on the D-Bus and AT-SPI libraries outside this project.
+ctest --test-dir build-asan --output-on-failure -j "${JOBS:-2}" -LE atspi
