@@ -4,6 +4,9 @@
 #include "configrecord.h"
 #include "conversions.h"
 #include "crc16.h"
+#include "editorverdict.h"
+#include "recorddiff.h"
+#include "untouchedform.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -17,6 +20,7 @@ using lumarex::ConfigRecord;
 using lumarex::Field;
 using lumarex::FieldType;
 
+Q_DECLARE_METATYPE(lumarex::Verdict)
 Q_DECLARE_METATYPE(lumarex::Field)
 Q_DECLARE_METATYPE(lumarex::FieldType)
 
@@ -31,28 +35,6 @@ QByteArray toByteArray(const ConfigRecord &record)
 {
     return QByteArray(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
 }
-
-// Names the first differing offset, which a plain QCOMPARE of 167 bytes would not.
-QString describeDifference(const QByteArray &actual, const QByteArray &expected)
-{
-    if (actual.size() != expected.size())
-        return QStringLiteral("size %1, expected %2").arg(actual.size()).arg(expected.size());
-    for (int i = 0; i < actual.size(); ++i) {
-        if (actual[i] != expected[i]) {
-            return QStringLiteral("offset %1: %2, expected %3")
-                .arg(i)
-                .arg(quint8(actual[i]), 2, 16, QLatin1Char('0'))
-                .arg(quint8(expected[i]), 2, 16, QLatin1Char('0'));
-        }
-    }
-    return {};
-}
-
-#define COMPARE_BYTES(actual, expected)                                                            \
-    do {                                                                                           \
-        const QString difference = describeDifference(actual, expected);                           \
-        QVERIFY2(difference.isEmpty(), qPrintable(difference));                                    \
-    } while (false)
 
 // A distinct value in every field and every trigger element; kDistinctBytes is its image.
 struct FieldValue
@@ -178,6 +160,9 @@ private slots:
     void signedValue();
     void fromBytes_data();
     void fromBytes();
+    void editorVerdict_data();
+    void editorVerdict();
+    void editorReadSize();
     void hasMagic_data();
     void hasMagic();
     void checksumDetectsChange();
@@ -615,6 +600,44 @@ void TestFormat::fromBytes()
     QFETCH(QByteArray, expected);
     const ConfigRecord record = ConfigRecord::fromBytes(bytesOf(input), std::size_t(input.size()));
     COMPARE_BYTES(toByteArray(record), expected);
+}
+
+void TestFormat::editorVerdict_data()
+{
+    // Bytes patched into the untouched form's file; the checks run in the editor's order, so a
+    // file that fails two of them gets the verdict of the first.
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<QByteArray>("patch");
+    QTest::addColumn<lumarex::Verdict>("verdict");
+    using lumarex::Verdict;
+    QTest::newRow("untouched") << 0 << QByteArray("C") << Verdict::Accepted;
+    QTest::newRow("magic") << 0 << QByteArray("c") << Verdict::BadMagic;
+    QTest::newRow("magic and version")
+        << 0 << QByteArray::fromHex("636F6E66 99000000 00000000") << Verdict::BadMagic;
+    QTest::newRow("version") << 8 << QByteArray::fromHex("7AEE3301") << Verdict::OtherVersion;
+    QTest::newRow("version and checksum")
+        << 8 << QByteArray::fromHex("7AEE3301 FF") << Verdict::OtherVersion;
+    QTest::newRow("payload byte") << 100 << QByteArray::fromHex("01") << Verdict::ChecksumMismatch;
+    QTest::newRow("checksum") << 165 << QByteArray::fromHex("735A") << Verdict::ChecksumMismatch;
+}
+
+void TestFormat::editorVerdict()
+{
+    QFETCH(int, offset);
+    QFETCH(QByteArray, patch);
+    QFETCH(lumarex::Verdict, verdict);
+    QByteArray file = untouchedFormFile();
+    file.replace(offset, patch.size(), patch);
+    const ConfigRecord record =
+        ConfigRecord::fromBytes(reinterpret_cast<const std::uint8_t *>(file.constData()),
+                                static_cast<std::size_t>(file.size()));
+    QCOMPARE(lumarex::editorVerdict(record), verdict);
+}
+
+void TestFormat::editorReadSize()
+{
+    // The editor reads one block of 1024 bytes; a file longer than that is cut there.
+    QCOMPARE(lumarex::kEditorReadSize, std::size_t(1024));
 }
 
 void TestFormat::hasMagic_data()
