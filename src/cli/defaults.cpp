@@ -11,7 +11,7 @@ namespace {
 struct DefaultValue
 {
     Field field;
-    qint64 value; // into every element of an array
+    std::int64_t value; // into every element of an array
 };
 
 // Every setting of the form as the editor opens; the tests hold this to the editor's own save.

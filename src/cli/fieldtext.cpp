@@ -4,8 +4,8 @@
 #include "fieldvalue.h"
 #include "itemtexts.h"
 
-#include <QStringList>
 #include <algorithm>
+#include <cstdio>
 
 namespace lxconfig {
 
@@ -19,36 +19,37 @@ namespace {
 constexpr double kEsoOffsetMin = -10.0;
 constexpr double kEsoOffsetMax = 10.0;
 
-QString esoOffsetShown(std::uint32_t stored)
+std::string esoOffsetShown(std::uint32_t stored)
 {
     const double degrees =
         std::clamp(lumarex::esoOffsetFromField(stored), kEsoOffsetMin, kEsoOffsetMax);
-    return QString::number(degrees, 'f', 2);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f", degrees);
+    return text;
 }
 
 } // namespace
 
-QString elementText(const ConfigRecord &record, const FieldInfo &info, int element)
+std::string elementText(const ConfigRecord &record, const FieldInfo &info, int element)
 {
     if (info.type == lumarex::FieldType::Ascii4)
         return quotedMagic(record);
-    const QString number = numberText(record, info, element);
+    const std::string number = numberText(record, info, element);
     if (info.field == Field::esoOffset)
-        return number +
-               QStringLiteral(" (shown as %1)").arg(esoOffsetShown(record.value(info.field)));
+        return number + " (shown as " + esoOffsetShown(record.value(info.field)) + ")";
     const ItemList *list = itemListOf(info.field);
     if (!list)
         return number;
-    const std::optional<QString> item = itemText(*list, record.value(info.field));
-    return number + (item ? QStringLiteral(" \"%1\"").arg(*item) : QStringLiteral(" (no item)"));
+    const std::optional<std::string> item = itemText(*list, record.value(info.field));
+    return number + (item ? " \"" + *item + "\"" : std::string(" (no item)"));
 }
 
-QString fieldText(const ConfigRecord &record, const FieldInfo &info)
+std::string fieldText(const ConfigRecord &record, const FieldInfo &info)
 {
-    QStringList elements;
+    std::string text;
     for (int element = 0; element < info.elementCount(); ++element)
-        elements << elementText(record, info, element);
-    return elements.join(QLatin1Char(' '));
+        text += (element == 0 ? "" : " ") + elementText(record, info, element);
+    return text;
 }
 
 } // namespace lxconfig

@@ -11,25 +11,26 @@ using lumarex::Field;
 namespace {
 
 // "Channel 1" to "Channel 16", then "Deactivated": channel n is index n - 1.
-QStringList channelList()
+std::vector<std::string> channelList()
 {
-    QStringList items;
+    std::vector<std::string> items;
     for (int channel = 1; channel <= 16; ++channel)
-        items << QStringLiteral("Channel %1").arg(channel);
-    return items << QStringLiteral("Deactivated");
+        items.push_back("Channel " + std::to_string(channel));
+    items.push_back("Deactivated");
+    return items;
 }
 
 std::vector<ItemList> buildItemLists()
 {
-    const QStringList channels = channelList();
-    const QStringList sbusSwitchModes = {"high/low (default)", "absolute"};
+    const std::vector<std::string> channels = channelList();
+    const std::vector<std::string> sbusSwitchModes = {"high/low (default)", "absolute"};
     const auto index = ItemLookup::Index;
     return {
         {Field::gpsReceiver,
          "cbPeripheryGPS",
          index,
          {"Custom settings",
-          QString::fromUtf8("Lumarex GPS Receiver - based on u-blox 6 SuperSense\u00AE chipset"),
+          "Lumarex GPS Receiver - based on u-blox 6 SuperSense\u00AE chipset",
           "Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset",
           "Lumarex GPS Receiver - 10Hz, based on u-blox 8 Multi GNSS UBX-M8030-KT chipset"}},
         {Field::triggerPinMode,
@@ -89,8 +90,10 @@ std::optional<int> itemIndex(const ItemList &list, std::uint32_t value)
         return lumarex::ext0ModeIndex(static_cast<std::uint8_t>(value));
     case ItemLookup::Ext1Code:
         return lumarex::ext1ModeIndex(static_cast<std::uint8_t>(value));
-    case ItemLookup::MatchedText:
-        return list.items.indexOf(QString::number(value));
+    case ItemLookup::MatchedText: {
+        const auto it = std::find(list.items.begin(), list.items.end(), std::to_string(value));
+        return it == list.items.end() ? -1 : static_cast<int>(it - list.items.begin());
+    }
     }
     return std::nullopt;
 }
@@ -111,12 +114,12 @@ const ItemList *itemListOf(Field field)
     return it == lists.end() ? nullptr : &*it;
 }
 
-std::optional<QString> itemText(const ItemList &list, std::uint32_t value)
+std::optional<std::string> itemText(const ItemList &list, std::uint32_t value)
 {
     const std::optional<int> index = itemIndex(list, value);
-    if (!index || *index < 0 || *index >= list.items.size())
+    if (!index || *index < 0 || *index >= static_cast<int>(list.items.size()))
         return std::nullopt;
-    return list.items.at(*index);
+    return list.items.at(static_cast<std::size_t>(*index));
 }
 
 } // namespace lxconfig
