@@ -5,6 +5,7 @@
 #include <climits>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -65,6 +66,22 @@ bool isDescriptorLink(const std::string &link)
     struct statfs filesystem = {};
     return ::statfs(folderOf(link).c_str(), &filesystem) == 0 &&
            filesystem.f_type == PROC_SUPER_MAGIC;
+}
+
+// The descriptor that a link in this process's /proc/self/fd names (/dev/stdout, /dev/fd/1), so
+// that writing goes into the descriptor as it stands (offset, append mode), as ">&1" would.
+std::optional<int> ownDescriptor(const std::string &link)
+{
+    const std::string number = baseOf(link);
+    if (number.empty() || number.find_first_not_of("0123456789") != std::string::npos ||
+        number.size() > 9)
+        return std::nullopt;
+    char *own = ::realpath("/proc/self/fd", nullptr);
+    char *folder = ::realpath(folderOf(link).c_str(), nullptr);
+    const bool same = own && folder && std::strcmp(own, folder) == 0;
+    std::free(own);
+    std::free(folder);
+    return same ? std::optional<int>(std::stoi(number)) : std::nullopt;
 }
 
 // Reads until the end or limit bytes; errno, or 0.
@@ -184,6 +201,7 @@ std::optional<Failure> OutputFile::resolve(const std::string &path, bool forRead
         } else if (S_ISLNK(status.st_mode)) {
             if (isDescriptorLink(current)) {
                 m_kind = Kind::Stream;
+                m_descriptor = ownDescriptor(current);
             } else {
                 std::string link(static_cast<std::size_t>(PATH_MAX), '\0');
                 const ssize_t length = ::readlink(current.c_str(), link.data(), link.size());
@@ -212,7 +230,7 @@ std::optional<Failure> OutputFile::open(const std::string &path)
     m_given = path;
     if (path == kStandardStream) {
         m_kind = Kind::Stream;
-        m_target = path;
+        m_descriptor = STDOUT_FILENO;
         return std::nullopt;
     }
     if (std::optional<Failure> problem = resolve(path, false))
@@ -295,14 +313,13 @@ std::optional<Failure> OutputFile::replace(std::string_view data)
 
 std::optional<Failure> OutputFile::writeStream(std::string_view data)
 {
-    const bool standardOutput = m_target == kStandardStream;
-    const int fd = standardOutput ? STDOUT_FILENO
-                                  : ::open(m_target.c_str(),
-                                           O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666);
+    const int fd = m_descriptor ? *m_descriptor
+                                : ::open(m_target.c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666);
     if (fd == -1)
         return failure("cannot write", errno);
     int error = writeAll(fd, data);
-    if (!standardOutput && ::close(fd) == -1 && error == 0)
+    if (!m_descriptor && ::close(fd) == -1 && error == 0)
         error = errno;
     return error == 0 ? std::nullopt : std::optional<Failure>(failure("cannot write", error));
 }

@@ -88,6 +88,7 @@ private:
     std::string m_target;   // the file that changes, links resolved
     std::string m_folder;   // its folder
     Kind m_kind = Kind::New;
+    std::optional<int> m_descriptor; // a stream that is one of this process's descriptors
     int m_lockedFd = -1;    // the target (or for a new file its folder), locked
     int m_folderFd = -1;
     std::string m_tempName; // the short name the temporary file is linked in under
