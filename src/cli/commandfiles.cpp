@@ -11,9 +11,8 @@ bool report(const std::optional<Failure> &failure, Output &output)
     return !failure;
 }
 
-std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path,
-                                                   const InputBytes &bytes, Checks checks,
-                                                   Output &output)
+std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, const InputBytes &bytes,
+                                                   Checks checks, Output &output)
 {
     const lumarex::ConfigRecord record = recordOf(bytes);
     if (const std::optional<std::string> problem = recordProblem(record)) {

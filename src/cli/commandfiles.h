@@ -22,9 +22,8 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
                                                    Output &output);
 
 // The record of bytes already read, with the same checks and reports.
-std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path,
-                                                   const InputBytes &bytes, Checks checks,
-                                                   Output &output);
+std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, const InputBytes &bytes,
+                                                   Checks checks, Output &output);
 
 // Writes the whole file or, after an error line, leaves it as it was; false then.
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output);

@@ -41,8 +41,8 @@ int diffCommand(const Invocation &invocation, Output &output)
         for (int element = 0; element < info.elementCount(); ++element) {
             if (sameElement(*a, *b, info, element))
                 continue;
-            output.out(elementName(info, element) + ": " + elementText(*a, info, element) +
-                       " -> " + elementText(*b, info, element) + '\n');
+            output.out(elementName(info, element) + ": " + elementText(*a, info, element) + " -> " +
+                       elementText(*b, info, element) + '\n');
             status = kExitFailure;
         }
     }

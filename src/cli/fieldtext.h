@@ -11,7 +11,7 @@ namespace lxconfig {
 
 // One element: `2 "Custom settings"`, `17 (no item)`, `-125 (shown as 10.00)`, `"CONF"`.
 std::string elementText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info,
-                    int element);
+                        int element);
 
 // The whole field; an array as its 20 numbers separated by spaces.
 std::string fieldText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info);

@@ -290,7 +290,8 @@ std::optional<Failure> OutputFile::lock(bool forReading)
         if (std::optional<Failure> problem = resolve(m_given, forReading))
             return problem;
         if (m_kind == Kind::Stream)
-            return forReading ? std::optional<Failure>(Failure{m_given, "cannot write: not a regular file"})
+            return forReading ? std::optional<Failure>(
+                                    Failure{m_given, "cannot write: not a regular file"})
                               : std::nullopt;
     }
 }
@@ -340,8 +341,8 @@ std::optional<Failure> OutputFile::writeReplacement(std::string_view data)
     if (fd == -1 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)) {
         // No unnamed temporary files here: a named one, removed on every failure below.
         named = true;
-        fd = ::openat(m_folderFd, m_tempName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                      mode);
+        fd =
+            ::openat(m_folderFd, m_tempName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     }
     if (fd == -1) {
         const int error = errno;

@@ -31,8 +31,8 @@ struct Failure
 
 struct InputBytes
 {
-    std::string data;       // at most the limit asked for
-    std::uint64_t size = 0; // a regular file's size; for anything else the bytes it delivered
+    std::string data;         // at most the limit asked for
+    std::uint64_t size = 0;   // a regular file's size; for anything else the bytes it delivered
     bool beyondLimit = false; // a stream delivered more than the limit (size is then the limit)
 };
 
@@ -84,12 +84,12 @@ private:
     std::optional<Failure> writeReplacement(std::string_view data);
     Failure failure(const char *what, int error) const;
 
-    std::string m_given;    // as on the command line, for messages
-    std::string m_target;   // the file that changes, links resolved
-    std::string m_folder;   // its folder
+    std::string m_given;  // as on the command line, for messages
+    std::string m_target; // the file that changes, links resolved
+    std::string m_folder; // its folder
     Kind m_kind = Kind::New;
     std::optional<int> m_descriptor; // a stream that is one of this process's descriptors
-    int m_lockedFd = -1;    // the target (or for a new file its folder), locked
+    int m_lockedFd = -1;             // the target (or for a new file its folder), locked
     int m_folderFd = -1;
     std::string m_tempName; // the short name the temporary file is linked in under
 };

@@ -103,11 +103,14 @@ private:
             return "illegal number";
         if (has("invalid literal")) {
             const bool numeric =
-                !lastToken.empty() && (lastToken[0] == '-' || (lastToken[0] >= '0' && lastToken[0] <= '9'));
+                !lastToken.empty() &&
+                (lastToken[0] == '-' || (lastToken[0] >= '0' && lastToken[0] <= '9'));
             return numeric ? "illegal number" : "illegal value";
         }
         if (has("unexpected end of input"))
-            return inObject ? "unterminated object" : inArray ? "unterminated array" : "illegal value";
+            return inObject  ? "unterminated object"
+                   : inArray ? "unterminated array"
+                             : "illegal value";
         if (has("while parsing object key"))
             return has("unexpected '}'") ? "object is missing after a comma" : "illegal value";
         if (has("while parsing object separator"))

@@ -27,6 +27,5 @@ int main(int argc, char *argv[])
     // process being killed with a half-written temporary file.
     std::signal(SIGXFSZ, SIG_IGN);
     lxconfig::Output output(stdout, stderr);
-    return lxconfig::run(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
-                         output);
+    return lxconfig::run(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), output);
 }

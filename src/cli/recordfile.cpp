@@ -40,8 +40,7 @@ std::optional<std::string> sizeProblem(const InputBytes &bytes)
 
 std::string recordBytes(const lumarex::ConfigRecord &record)
 {
-    return std::string(reinterpret_cast<const char *>(record.bytes().data()),
-                       lumarex::kRecordSize);
+    return std::string(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
 }
 
 } // namespace lxconfig

@@ -42,9 +42,9 @@ void TestLxconfigFiles::setKeepsOwner()
     if (geteuid() != 0)
         QSKIP("giving a file to another owner needs root");
     const Workspace workspace;
-    const ShellResult result = runShell(
-        workspace, "chown 1234:5678 good.bin && chmod 6755 good.bin && "
-                   "\"$LX\" set good.bin gpsReceiver=1 && stat -c '%u:%g %a' good.bin");
+    const ShellResult result =
+        runShell(workspace, "chown 1234:5678 good.bin && chmod 6755 good.bin && "
+                            "\"$LX\" set good.bin gpsReceiver=1 && stat -c '%u:%g %a' good.bin");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, QByteArray("1234:5678 6755\n"));
 }

@@ -50,8 +50,8 @@ void TestCli::set_data()
                            << defaultsWith({{0, "41424344"}}, 19460) << "";
     QTest::newRow("version") << "good.bin" << QStringList{"headerVersion=20180602", "--force"}
                              << defaultsWith({{8, "7AEE3301"}}, 55130) << "";
-    QTest::newRow("magic as it was") << "good.bin" << QStringList{"magic=CONF"} << kDefaultBytes
-                                     << "";
+    QTest::newRow("magic as it was")
+        << "good.bin" << QStringList{"magic=CONF"} << kDefaultBytes << "";
     QTest::newRow("fixed134") << "good.bin" << QStringList{"fixed134=0"}
                               << defaultsWith({{134, "0000000000000000"}}, 7) << "";
     QTest::newRow("two fields") << "good.bin" << QStringList{"gpsReceiver=1", "serialParity=2"}
@@ -90,7 +90,8 @@ void TestCli::setRejects_data()
         QTest::newRow(name) << file << change << err;
     };
     row("unknown field", "good.bin", "colour=1", "lxconfig: good.bin: colour: no such field\n");
-    row("checksum", "good.bin", "crc=1", "lxconfig: good.bin: crc: the checksum is computed, not set\n");
+    row("checksum", "good.bin", "crc=1",
+        "lxconfig: good.bin: crc: the checksum is computed, not set\n");
     row("above u8", "good.bin", "gpsReceiver=256",
         "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
     row("below u8", "good.bin", "gpsReceiver=-1",

@@ -21,9 +21,11 @@ ShellResult runShell(const Workspace &workspace, const QString &script)
 
 QString mountNamespaceCommand(const Workspace &workspace, QString &why)
 {
-    for (const QString &command : {QStringLiteral("unshare --mount"), QStringLiteral("unshare -rm")}) {
-        const ShellResult probe = runShell(
-            workspace, command + " sh -c 'mkdir -p probe && mount -t tmpfs -o size=16k tmpfs probe'");
+    for (const QString &command :
+         {QStringLiteral("unshare --mount"), QStringLiteral("unshare -rm")}) {
+        const ShellResult probe =
+            runShell(workspace,
+                     command + " sh -c 'mkdir -p probe && mount -t tmpfs -o size=16k tmpfs probe'");
         QDir(workspace.path(".")).rmdir("probe");
         if (probe.exitCode == 0)
             return command;
@@ -35,9 +37,9 @@ QString mountNamespaceCommand(const Workspace &workspace, QString &why)
 
 QStringList folderEntries(const Workspace &workspace, const QString &folder)
 {
-    QStringList names = QDir(workspace.path(folder))
-                            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden |
-                                       QDir::System);
+    QStringList names =
+        QDir(workspace.path(folder))
+            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
     names.sort();
     return names;
 }

@@ -15,16 +15,17 @@ void TestLxconfigFiles::outputsThatAreNotFiles_data()
     QTest::addColumn<QString>("script");
     QTest::addColumn<QByteArray>("out");
 
+    // Device nodes and links of the workspace's own, made as /dev has them: an lxconfig that
+    // renamed over its output must not be able to replace the machine's /dev/null.
     const QByteArray json = withLines(kDefaultJson).toUtf8();
-    QTest::newRow("/dev/null") << "\"$LX\" defaults -o /dev/null && test -c /dev/null"
-                               << QByteArray();
-    QTest::newRow("/dev/stdout") << "\"$LX\" export good.bin -o /dev/stdout" << json;
-    QTest::newRow("/dev/fd/1") << "\"$LX\" export good.bin -o /dev/fd/1" << json;
+    QTest::newRow("null device") << "\"$LX\" defaults -o null && test -c null" << QByteArray();
+    QTest::newRow("like /dev/stdout") << "\"$LX\" export good.bin -o stdout" << json;
+    QTest::newRow("like /dev/fd/1") << "\"$LX\" export good.bin -o fd/1" << json;
     QTest::newRow("-") << "\"$LX\" defaults -o -" << kDefaultBytes;
     // Standard output is a regular file here: written into like a redirection, not replaced,
     // so the folder gains no file and the name keeps its inode.
     QTest::newRow("/dev/stdout onto a file")
-        << "ls -i out.txt >before; \"$LX\" export good.bin -o /dev/stdout >>out.txt && "
+        << "ls -i out.txt >before; \"$LX\" export good.bin -o stdout >>out.txt && "
            "ls -i out.txt >after && cmp -s before after && cat out.txt"
         << QByteArray("start\n") + json;
 }
@@ -35,6 +36,10 @@ void TestLxconfigFiles::outputsThatAreNotFiles()
     QFETCH(QByteArray, out);
     const Workspace workspace;
     workspace.write("out.txt", "start\n");
+    if (runShell(workspace, "mknod -m 666 null c 1 3").exitCode != 0)
+        QSKIP("cannot make a device node here (mknod needs root and a folder without nodev)");
+    QVERIFY(QFile::link("/proc/self/fd/1", workspace.path("stdout")));
+    QVERIFY(QFile::link("/proc/self/fd", workspace.path("fd")));
     const ShellResult result = runShell(workspace, script);
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, out);
@@ -46,10 +51,10 @@ void TestLxconfigFiles::outputIntoFifo()
     const Workspace workspace;
     // The shell holds the FIFO open for reading, so lxconfig's open does not wait; what it wrote
     // is then read without waiting, so that a FIFO renamed away cannot hang the test.
-    const ShellResult result = runShell(
-        workspace, "mkfifo pipe && exec 3<>pipe && \"$LX\" defaults -o pipe; status=$?; "
-                   "test -p pipe && echo \"fifo $status\"; "
-                   "dd iflag=nonblock bs=64k count=1 <&3 >got 2>/dev/null; true");
+    const ShellResult result =
+        runShell(workspace, "mkfifo pipe && exec 3<>pipe && \"$LX\" defaults -o pipe; status=$?; "
+                            "test -p pipe && echo \"fifo $status\"; "
+                            "dd iflag=nonblock bs=64k count=1 <&3 >got 2>/dev/null; true");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, QByteArray("fifo 0\n"));
     QCOMPARE(workspace.read("got"), kDefaultBytes);
@@ -61,8 +66,8 @@ void TestLxconfigFiles::standardInput_data()
     QTest::addColumn<QByteArray>("out");
     QTest::addColumn<QString>("err");
 
-    QTest::newRow("check, redirected") << "\"$LX\" check - <good.bin" << QByteArray("-: valid\n")
-                                       << "";
+    QTest::newRow("check, redirected")
+        << "\"$LX\" check - <good.bin" << QByteArray("-: valid\n") << "";
     // A pipe has no size to tell: what it delivered counts, so a full record is no "0 bytes".
     QTest::newRow("check, pipe") << "cat good.bin | \"$LX\" check -" << QByteArray("-: valid\n")
                                  << "";
@@ -93,8 +98,8 @@ void TestLxconfigFiles::standardInput()
 void TestLxconfigFiles::inputFromFifo()
 {
     const Workspace workspace;
-    const ShellResult result = runShell(
-        workspace, "mkfifo pipe && { cat good.bin >pipe & } && \"$LX\" check pipe; wait");
+    const ShellResult result =
+        runShell(workspace, "mkfifo pipe && { cat good.bin >pipe & } && \"$LX\" check pipe; wait");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, QByteArray("pipe: valid\n"));
 }
@@ -159,12 +164,13 @@ void TestLxconfigFiles::namesAsGiven()
     const Workspace workspace;
     const int entriesBefore = folderEntries(workspace).size();
     // set, then -o over the existing file; check prints the name byte for byte.
-    const ShellResult result = runShell(
-        workspace, QStringLiteral("n=$(printf '%1') && cp good.bin \"$n\" && "
-                                  "\"$LX\" set \"$n\" gpsReceiver=1 && \"$LX\" check \"$n\" >got && "
-                                  "\"$LX\" defaults -o \"$n\" && cmp -s \"$n\" good.bin && "
-                                  "printf '%s: valid\\n' \"$n\" | cmp -s - got && ls -A | wc -l")
-                       .arg(name));
+    const ShellResult result =
+        runShell(workspace,
+                 QStringLiteral("n=$(printf '%1') && cp good.bin \"$n\" && "
+                                "\"$LX\" set \"$n\" gpsReceiver=1 && \"$LX\" check \"$n\" >got && "
+                                "\"$LX\" defaults -o \"$n\" && cmp -s \"$n\" good.bin && "
+                                "printf '%s: valid\\n' \"$n\" | cmp -s - got && ls -A | wc -l")
+                     .arg(name));
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     // The workspace's samples, the file and "got": no temporary file is left.
     QCOMPARE(result.out.trimmed(), QByteArray::number(entriesBefore + 2));
@@ -176,9 +182,12 @@ void TestLxconfigFiles::boundedInput_data()
     QTest::addColumn<QString>("setup");
     QTest::addColumn<QString>("input");
 
-    QTest::newRow("/dev/zero") << "true" << "/dev/zero";
-    QTest::newRow("2 GB sparse file") << "truncate -s 2G big.json" << "big.json";
-    QTest::newRow("endless pipe") << "true" << "-";
+    QTest::newRow("/dev/zero") << "true"
+                               << "/dev/zero";
+    QTest::newRow("2 GB sparse file") << "truncate -s 2G big.json"
+                                      << "big.json";
+    QTest::newRow("endless pipe") << "true"
+                                  << "-";
 }
 
 void TestLxconfigFiles::boundedInput()
@@ -188,10 +197,11 @@ void TestLxconfigFiles::boundedInput()
     const Workspace workspace;
     // 64 MiB of address space is far more than a record needs and far less than the input.
     const ShellResult result = runShell(
-        workspace, setup + QStringLiteral(" && (ulimit -v 65536; yes | \"$LX\" import %1 -o out.bin); "
-                                          "echo \"status $?\"; test -e out.bin && echo written; "
-                                          "rm -f big.json")
-                               .arg(input));
+        workspace,
+        setup + QStringLiteral(" && (ulimit -v 65536; yes | \"$LX\" import %1 -o out.bin); "
+                               "echo \"status $?\"; test -e out.bin && echo written; "
+                               "rm -f big.json")
+                    .arg(input));
     QCOMPARE(QString::fromLocal8Bit(result.err),
              QStringLiteral("lxconfig: %1: cannot read: more than 1048576 bytes\n").arg(input));
     QCOMPARE(result.out, QByteArray("status 1\n"));

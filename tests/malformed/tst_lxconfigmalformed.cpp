@@ -197,8 +197,7 @@ void TestLxconfigMalformed::endlessDevice()
     COMPARE_RUN(runUnchanged(workspace, {QStringLiteral("check"), name}), 1,
                 name + QStringLiteral(": ") + verdict + QLatin1Char('\n'), endlessWarning);
     COMPARE_RUN(runUnchanged(workspace, {QStringLiteral("show"), name}), 0, withLines(kZeroShow),
-                QStringLiteral("lxconfig: warning: %1: %2\n").arg(name, verdict) +
-                    endlessWarning);
+                QStringLiteral("lxconfig: warning: %1: %2\n").arg(name, verdict) + endlessWarning);
 }
 
 void TestLxconfigMalformed::singleBitFlipsChecked()
