@@ -9,6 +9,7 @@
 #include "writecommands.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTest>
 
 namespace {
@@ -241,4 +242,64 @@ void TestLxconfigFiles::killedAtEveryStep()
     }
     // lxconfig makes every one of these calls, so at least one run was killed in it.
     QVERIFY(kills > 0);
+}
+
+void TestLxconfigFiles::failedCall_data()
+{
+    QTest::addColumn<QString>("injection"); // strace's -e inject=... for the failing call
+    QTest::addColumn<bool>("namedTemporary");
+    QTest::addColumn<QString>("reason");
+
+    const struct
+    {
+        const char *name;
+        const char *injection;
+        const char *reason;
+    } calls[] = {
+        {"write, no space", "write:error=ENOSPC:when=1", "No space left on device"},
+        {"write, I/O error", "write:error=EIO:when=1", "Input/output error"},
+        {"fchmod", "fchmod:error=EPERM:when=1", "Operation not permitted"},
+        {"fsync", "fsync:error=EIO:when=1", "Input/output error"},
+        {"rename", "renameat:error=EXDEV:when=1", "Invalid cross-device link"},
+    };
+    for (const auto &call : calls) {
+        QTest::addRow("%s", call.name) << call.injection << false << call.reason;
+        QTest::addRow("%s, named temporary", call.name) << call.injection << true << call.reason;
+    }
+    // Both ways of linking the unnamed file in fail.
+    QTest::newRow("link") << "linkat:error=EPERM:when=1+" << false << "Operation not permitted";
+}
+
+void TestLxconfigFiles::failedCall()
+{
+    QFETCH(QString, injection);
+    QFETCH(bool, namedTemporary);
+    QFETCH(QString, reason);
+    const Workspace workspace;
+    if (runShell(workspace, "strace -qq -o /dev/null true").exitCode != 0)
+        QSKIP("strace cannot trace here (install strace; ptrace may be forbidden)");
+    workspace.write("old.bin", oldRecord());
+    workspace.write("target.bin", oldRecord());
+    const QString command = "\"$LX\" set target.bin gpsReceiver=1";
+    QString injections = "-e inject=" + injection;
+    if (namedTemporary) {
+        // The unnamed temporary file refused, as on a filesystem without O_TMPFILE: the call
+        // is found by its number among the command's openat calls.
+        const ShellResult trace =
+            runShell(workspace,
+                     "strace -qq -o trace.txt -e trace=openat " + command +
+                         " && cp old.bin target.bin && grep -n O_TMPFILE trace.txt | cut -d: -f1");
+        const int call = trace.out.trimmed().toInt();
+        QVERIFY(call > 0);
+        injections += QStringLiteral(" -e inject=openat:error=EOPNOTSUPP:when=%1").arg(call);
+        QVERIFY(QFile::remove(workspace.path("trace.txt")));
+    }
+    const QStringList before = folderEntries(workspace);
+    const ShellResult result =
+        runShell(workspace, "strace -qq -o /dev/null " + injections + " " + command +
+                                "; echo \"status $?\"; cmp -s target.bin old.bin && echo same");
+    QCOMPARE(QString::fromLocal8Bit(result.err),
+             "lxconfig: target.bin: cannot write: " + reason + "\n");
+    QCOMPARE(result.out, QByteArray("status 1\nsame\n"));
+    QCOMPARE(folderEntries(workspace), before);
 }

@@ -195,14 +195,22 @@ void TestLxconfigFiles::boundedInput()
     QFETCH(QString, setup);
     QFETCH(QString, input);
     const Workspace workspace;
-    // 64 MiB of address space is far more than a record needs and far less than the input.
-    const ShellResult result = runShell(
-        workspace,
-        setup + QStringLiteral(" && (ulimit -v 65536; yes | \"$LX\" import %1 -o out.bin); "
-                               "echo \"status $?\"; test -e out.bin && echo written; "
-                               "rm -f big.json")
-                    .arg(input));
-    QCOMPARE(QString::fromLocal8Bit(result.err),
-             QStringLiteral("lxconfig: %1: cannot read: more than 1048576 bytes\n").arg(input));
+    QCOMPARE(runShell(workspace, setup).exitCode, 0);
+    const QString expected =
+        QStringLiteral("lxconfig: %1: cannot read: more than 1048576 bytes\n").arg(input);
+    const QString command = QStringLiteral("yes | \"$LX\" import %1 -o out.bin; "
+                                           "echo \"status $?\"; test -e out.bin && echo written")
+                                .arg(input);
+    const ShellResult result = runShell(workspace, command);
+    QCOMPARE(QString::fromLocal8Bit(result.err), expected);
     QCOMPARE(result.out, QByteArray("status 1\n"));
+
+    // 64 MiB of address space is far more than a record needs and far less than the input.
+    const QString limit = QStringLiteral("ulimit -v 65536; ");
+    if (runShell(workspace, limit + "\"$LX\" --version").exitCode != 0)
+        QSKIP("lxconfig does not start under an address-space limit here (a sanitizer build "
+              "reserves more); the bound on memory is checked in the normal build");
+    const ShellResult limited = runShell(workspace, "(" + limit + command + ")");
+    QCOMPARE(QString::fromLocal8Bit(limited.err), expected);
+    QCOMPARE(limited.out, QByteArray("status 1\n"));
 }

@@ -26,6 +26,8 @@ private slots:
     void standardOutputFails();
     void killedAtEveryStep_data();
     void killedAtEveryStep();
+    void failedCall_data();
+    void failedCall();
 
     // specialfiletests.cpp
     void outputsThatAreNotFiles_data();
