@@ -69,6 +69,6 @@ END {
     print ""
     print "| lxconfig start-up (callgrind instructions) | lxconfig check F | cmp F F | Ratio |"
     print "|---|---:|---:|---:|"
-    printf "| one 167-byte record | %.2f M | %.2f M | %.1f |\n", lxconfigInstructions / 1e6,
+    printf "| one 167-byte record | %.2f M | %.2f M | %.2f |\n", lxconfigInstructions / 1e6,
         cmpInstructions / 1e6, lxconfigInstructions / cmpInstructions
 }
