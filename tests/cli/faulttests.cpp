@@ -213,12 +213,13 @@ void TestLxconfigFiles::killedAtEveryStep()
         QVERIFY2(call < 500, "the command never got past its kills");
         workspace.write("k/target.bin", oldRecord());
         const ShellResult run = runShell(
-            workspace, QStringLiteral("strace -qq -o /dev/null -e trace=%1 "
-                                      "-e inject=%1:signal=SIGKILL:when=%2 %3 2>/dev/null; "
-                                      "echo $?")
-                           .arg(syscall)
-                           .arg(call)
-                           .arg(command));
+            workspace, kLeakCheckOffUnderStrace +
+                           QStringLiteral("strace -qq -o /dev/null -e trace=%1 "
+                                          "-e inject=%1:signal=SIGKILL:when=%2 %3 2>/dev/null; "
+                                          "echo $?")
+                               .arg(syscall)
+                               .arg(call)
+                               .arg(command));
         const bool killed = run.out.trimmed() == "137";
         const QByteArray contents = workspace.read("k/target.bin");
         QVERIFY2(contents == oldRecord() || contents == result,
@@ -285,19 +286,19 @@ void TestLxconfigFiles::failedCall()
     if (namedTemporary) {
         // The unnamed temporary file refused, as on a filesystem without O_TMPFILE: the call
         // is found by its number among the command's openat calls.
-        const ShellResult trace =
-            runShell(workspace,
-                     "strace -qq -o trace.txt -e trace=openat " + command +
-                         " && cp old.bin target.bin && grep -n O_TMPFILE trace.txt | cut -d: -f1");
+        const ShellResult trace = runShell(
+            workspace,
+            kLeakCheckOffUnderStrace + ("strace -qq -o trace.txt -e trace=openat " + command) +
+                " && cp old.bin target.bin && grep -n O_TMPFILE trace.txt | cut -d: -f1");
         const int call = trace.out.trimmed().toInt();
         QVERIFY(call > 0);
         injections += QStringLiteral(" -e inject=openat:error=EOPNOTSUPP:when=%1").arg(call);
         QVERIFY(QFile::remove(workspace.path("trace.txt")));
     }
     const QStringList before = folderEntries(workspace);
-    const ShellResult result =
-        runShell(workspace, "strace -qq -o /dev/null " + injections + " " + command +
-                                "; echo \"status $?\"; cmp -s target.bin old.bin && echo same");
+    const ShellResult result = runShell(
+        workspace, kLeakCheckOffUnderStrace + ("strace -qq -o /dev/null " + injections) + " " +
+                       command + "; echo \"status $?\"; cmp -s target.bin old.bin && echo same");
     QCOMPARE(QString::fromLocal8Bit(result.err),
              "lxconfig: target.bin: cannot write: " + reason + "\n");
     QCOMPARE(result.out, QByteArray("status 1\nsame\n"));

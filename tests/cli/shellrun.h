@@ -18,6 +18,11 @@ struct ShellResult
 
 ShellResult runShell(const Workspace &workspace, const QString &script);
 
+// Prefix for a script that runs lxconfig under strace: LeakSanitizer cannot work in a traced
+// process and ends it, so a sanitizer build checks for leaks everywhere but there.
+inline constexpr const char *kLeakCheckOffUnderStrace =
+    "export ASAN_OPTIONS=\"${ASAN_OPTIONS:+$ASAN_OPTIONS:}detect_leaks=0\"; ";
+
 // How this machine lets a test mount a tmpfs of its own: the unshare command that opens a
 // private mount namespace ("unshare --mount" as root, "unshare -rm" in a user namespace), or
 // nothing with the reason in why.
