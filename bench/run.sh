@@ -2,7 +2,8 @@
 # Builds the benchmarks (Release, build-bench/), runs them all and prints one table:
 #   - the file format and the save/load commands, as ratios to copying the 167 bytes;
 #   - start-up to the first painted window, the editor against a bare QMainWindow of its size:
-#     wall time and peak memory (medians of alternating runs) and instructions (callgrind).
+#     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
+#   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
 # FILE_REPETITIONS (default 10), JOBS (default 2).
 set -euo pipefail
@@ -14,7 +15,7 @@ scripts/install-deps.sh build bench
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
     -DLUMAREX_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build "$build" -j "${JOBS:-2}" --target lumarex-filebench lumarex-config-startup \
-    bare-window-startup lumarex-startup-bench >/dev/null
+    bare-window-startup lumarex-startup-bench lxconfig >/dev/null
 mkdir -p "$results"
 
 echo "Running the file benchmarks..." >&2
@@ -34,8 +35,11 @@ for program in bare-window-startup lumarex-config-startup; do
     awk '/^totals:/ {print $2}' "$results/callgrind.$program" >"$results/instructions.$program"
 done
 
+echo "Counting lxconfig's start-up instructions under callgrind..." >&2
+bench/lxconfig/startup.sh "$build/src/cli/lxconfig" "$results" >"$results/lxconfig-startup.txt"
+
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
     -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
     -v runs="${STARTUP_RUNS:-31}" -v repetitions="${FILE_REPETITIONS:-10}" \
-    "$results/file.json" "$results/startup.txt"
+    "$results/file.json" "$results/startup.txt" "$results/lxconfig-startup.txt"

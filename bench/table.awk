@@ -1,6 +1,7 @@
 # Turns the results of bench/run.sh into one Markdown table.
 # Inputs: the Google Benchmark JSON of lumarex-filebench, then the output of
-# lumarex-startup-bench; the callgrind totals come in as variables.
+# lumarex-startup-bench, then that of bench/lxconfig/startup.sh; the editor's callgrind totals
+# come in as variables.
 
 function duration(ns) {
     if (ns >= 1e6) return sprintf("%.2f ms", ns / 1e6)
@@ -29,6 +30,11 @@ FNR == NR && /"time_unit":/ && median {
     gsub(/[",]/, "", unit)
     scale = unit == "us" ? 1e3 : unit == "ms" ? 1e6 : 1
     cpu[name] *= scale
+}
+FILENAME ~ /lxconfig-startup/ {
+    lxconfigInstructions = field($0, "lxconfig")
+    cmpInstructions = field($0, "cmp")
+    next
 }
 FNR != NR {
     paint[$1] = field($0, "first-paint-ms")
@@ -60,4 +66,9 @@ END {
         editorInstructions / 1e6, bareInstructions / 1e6, editorInstructions / bareInstructions
     printf "| peak resident memory (VmHWM) | %.1f MiB | %.1f MiB | %.2f | 1.20 |\n",
         rss["editor"] / 1024, rss["bare"] / 1024, rss["editor"] / rss["bare"]
+    print ""
+    print "| lxconfig start-up (callgrind instructions) | lxconfig check F | cmp F F | Ratio |"
+    print "|---|---:|---:|---:|"
+    printf "| one 167-byte record | %.2f M | %.2f M | %.2f |\n", lxconfigInstructions / 1e6,
+        cmpInstructions / 1e6, lxconfigInstructions / cmpInstructions
 }

@@ -5,13 +5,17 @@ set -euo pipefail
 packages=()
 for need in "$@"; do
     case "$need" in
-        build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools) ;;
+        # nlohmann-json3-dev: lxconfig's JSON (header-only, nothing to install at run time).
+        build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools nlohmann-json3-dev) ;;
         run) packages+=(xvfb xauth) ;;
-        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file)
+        # strace kills lxconfig at every call of a write; util-linux gives unshare and mount for
+        # the full-filesystem and read-only-folder tests.
+        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file strace util-linux)
               # The screen-reader test: accessibility bus and registry, the AT-SPI client
               # library, and a private D-Bus session to run them in.
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin) ;;
-        bench) packages+=(libbenchmark-dev valgrind) ;;
+        # diffutils gives cmp, the floor of lxconfig's start-up figure.
+        bench) packages+=(libbenchmark-dev valgrind diffutils) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
         asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev llvm-14) ;;

@@ -2,7 +2,9 @@
 
 #include "fieldvalue.h"
 
-#include <QRegularExpression>
+#include <cctype>
+#include <charconv>
+#include <limits>
 
 namespace lxconfig {
 
@@ -13,53 +15,96 @@ namespace {
 
 constexpr int kAllElements = -1;
 
-std::optional<QString> applyValue(lumarex::ConfigRecord &record, const FieldInfo &info, int element,
-                                  const QString &value)
+// Letters, digits and the underscore; bytes of UTF-8 sequences count as letters, so that a
+// name in another script is read whole and then reported as no such field.
+bool isNameByte(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 || std::isalnum(byte) || c == '_';
+}
+
+bool isSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// A decimal number with an optional sign, blanks around it allowed.
+std::optional<std::int64_t> wholeNumber(std::string_view text)
+{
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    if (text.size() > 1 && text.front() == '+' && text[1] != '-')
+        text.remove_prefix(1);
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+std::optional<std::string> applyValue(lumarex::ConfigRecord &record, const FieldInfo &info,
+                                      int element, const std::string &value)
 {
     if (info.type == FieldType::Ascii4) {
         if (setMagicText(record, value))
             return std::nullopt;
-        return QStringLiteral("expected %1").arg(kMagicDescription);
+        return std::string("expected ") + kMagicDescription;
     }
-    bool ok = false;
-    const qint64 number = value.toLongLong(&ok);
+    const std::optional<std::int64_t> number = wholeNumber(value);
     const ValueRange range = valueRange(info.type);
-    if (!ok || number < range.min || number > range.max)
-        return QStringLiteral("expected %1").arg(rangeDescription(info.type));
+    if (!number || *number < range.min || *number > range.max)
+        return "expected " + rangeDescription(info.type);
     if (element == kAllElements)
-        setAllElements(record, info, number);
+        setAllElements(record, info, *number);
     else
-        setNumber(record, info, element, number);
+        setNumber(record, info, element, *number);
     return std::nullopt;
 }
 
 } // namespace
 
-std::optional<QString> applyAssignment(lumarex::ConfigRecord &record, const QString &text)
+std::optional<std::string> applyAssignment(lumarex::ConfigRecord &record, const std::string &text)
 {
-    static const QRegularExpression pattern(QStringLiteral("^(\\w+)(?:\\[(\\d+)\\])?=(.*)$"));
-    const QRegularExpressionMatch match = pattern.match(text);
-    if (!match.hasMatch())
-        return text + QStringLiteral(": expected FIELD=VALUE or FIELD[INDEX]=VALUE");
+    // NAME, then [DIGITS], then = and a value on one line.
+    std::size_t at = 0;
+    while (at < text.size() && isNameByte(text[at]))
+        ++at;
+    const std::string name = text.substr(0, at);
+    std::optional<std::string> index;
+    if (at < text.size() && text[at] == '[') {
+        const std::size_t digits = at + 1;
+        std::size_t end = digits;
+        while (end < text.size() && std::isdigit(static_cast<unsigned char>(text[end])))
+            ++end;
+        if (end > digits && end < text.size() && text[end] == ']') {
+            index = text.substr(digits, end - digits);
+            at = end + 1;
+        }
+    }
+    const bool matches = !name.empty() && at < text.size() && text[at] == '=' &&
+                         text.find('\n', at) == std::string::npos;
+    if (!matches)
+        return text + ": expected FIELD=VALUE or FIELD[INDEX]=VALUE";
 
-    const QString key = text.left(text.indexOf(QLatin1Char('=')));
-    const std::optional<lumarex::Field> field =
-        lumarex::fieldByName(match.captured(1).toStdString());
+    const std::string key = text.substr(0, text.find('='));
+    const std::optional<lumarex::Field> field = lumarex::fieldByName(name);
     if (!field)
-        return key + QStringLiteral(": no such field");
+        return key + ": no such field";
     if (*field == lumarex::Field::crc)
-        return key + QStringLiteral(": the checksum is computed, not set");
+        return key + ": the checksum is computed, not set";
 
     const FieldInfo &info = lumarex::fieldInfo(*field);
     int element = kAllElements;
-    if (!match.captured(2).isNull()) {
-        bool ok = false;
-        element = match.captured(2).toInt(&ok);
-        if (!ok || info.elementCount() == 1 || element >= info.elementCount())
-            return key + QStringLiteral(": no such element");
+    if (index) {
+        const auto [end, error] =
+            std::from_chars(index->data(), index->data() + index->size(), element);
+        if (error != std::errc() || info.elementCount() == 1 || element >= info.elementCount())
+            return key + ": no such element";
     }
-    if (std::optional<QString> problem = applyValue(record, info, element, match.captured(3)))
-        return key + QStringLiteral(": ") + *problem;
+    if (std::optional<std::string> problem = applyValue(record, info, element, text.substr(at + 1)))
+        return key + ": " + *problem;
     return std::nullopt;
 }
 

@@ -6,12 +6,12 @@
 
 #include "configrecord.h"
 
-#include <QString>
 #include <optional>
+#include <string>
 
 namespace lxconfig {
 
 // Applies one change; the reason naming the field when it cannot, leaving the record as it was.
-std::optional<QString> applyAssignment(lumarex::ConfigRecord &record, const QString &text);
+std::optional<std::string> applyAssignment(lumarex::ConfigRecord &record, const std::string &text);
 
 } // namespace lxconfig

@@ -9,18 +9,19 @@ namespace lxconfig {
 int checkCommand(const Invocation &invocation, Output &output)
 {
     int status = kExitSuccess;
-    for (const QString &path : invocation.arguments) {
-        const RecordFile file = readRecordFile(path);
-        const bool readable = file.error.isEmpty();
-        const std::optional<QString> problem =
-            readable ? recordProblem(file.record) : std::optional<QString>(file.error);
-        output.out() << path << ": " << problem.value_or(QStringLiteral("valid")) << '\n';
+    for (const std::string &path : invocation.arguments) {
+        InputBytes bytes;
+        const std::optional<Failure> failure =
+            readInput(path, kEditorReadSize, Overflow::Ignore, bytes);
+        const std::optional<std::string> problem =
+            failure ? std::optional<std::string>(failure->reason) : recordProblem(recordOf(bytes));
+        output.out(path + ": " + problem.value_or("valid") + '\n');
         if (problem)
             status = kExitFailure;
         // The editor loads a file of another size all the same, so this is only a warning.
-        const std::optional<QString> sizeNote = readable ? sizeProblem(file.size) : std::nullopt;
+        const std::optional<std::string> sizeNote = failure ? std::nullopt : sizeProblem(bytes);
         if (sizeNote)
-            output.warning(path + QStringLiteral(": ") + *sizeNote);
+            output.warning(path + ": " + *sizeNote);
     }
     return status;
 }

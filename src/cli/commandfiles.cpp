@@ -1,45 +1,48 @@
 #include "commandfiles.h"
 
-#include "filewriting.h"
 #include "recordfile.h"
 
 namespace lxconfig {
 
-namespace {
-
-QString prefixed(const QString &path, const QString &text)
+bool report(const std::optional<Failure> &failure, Output &output)
 {
-    return path + QStringLiteral(": ") + text;
+    if (failure)
+        output.error(failure->message());
+    return !failure;
 }
 
-} // namespace
-
-std::optional<lumarex::ConfigRecord> readInputFile(const QString &path, Checks checks,
-                                                   Output &output)
+std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, const InputBytes &bytes,
+                                                   Checks checks, Output &output)
 {
-    const RecordFile file = readRecordFile(path);
-    if (!file.error.isEmpty()) {
-        output.error(prefixed(path, file.error));
-        return std::nullopt;
-    }
-    if (const std::optional<QString> problem = recordProblem(file.record)) {
+    const lumarex::ConfigRecord record = recordOf(bytes);
+    if (const std::optional<std::string> problem = recordProblem(record)) {
         if (checks == Checks::Require) {
-            output.error(prefixed(path, *problem));
+            output.error(path + ": " + *problem);
             return std::nullopt;
         }
-        output.warning(prefixed(path, *problem));
+        output.warning(path + ": " + *problem);
     }
-    if (const std::optional<QString> problem = sizeProblem(file.size))
-        output.warning(prefixed(path, *problem));
-    return file.record;
+    if (const std::optional<std::string> problem = sizeProblem(bytes))
+        output.warning(path + ": " + *problem);
+    return record;
 }
 
-bool writeOutputFile(const QString &path, const QByteArray &data, Output &output)
+std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Checks checks,
+                                                   Output &output)
 {
-    const std::optional<QString> problem = writeFile(path, data);
-    if (problem)
-        output.error(prefixed(path, *problem));
-    return !problem;
+    InputBytes bytes;
+    if (!report(readInput(path, kEditorReadSize, Overflow::Ignore, bytes), output))
+        return std::nullopt;
+    return checkedRecord(path, bytes, checks, output);
+}
+
+bool writeOutputFile(const std::string &path, std::string_view data, Output &output)
+{
+    OutputFile file;
+    std::optional<Failure> failure = file.open(path);
+    if (!failure)
+        failure = file.replace(data);
+    return report(failure, output);
 }
 
 } // namespace lxconfig

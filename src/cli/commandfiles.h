@@ -3,10 +3,11 @@
 // The files a command reads and writes, with what goes wrong reported on standard error.
 
 #include "configrecord.h"
+#include "fileio.h"
 #include "output.h"
 
-#include <QByteArray>
 #include <optional>
+#include <string>
 
 namespace lxconfig {
 
@@ -17,10 +18,17 @@ enum class Checks
 };
 
 // Nothing, after an error line, when the file cannot be read or fails a required check.
-std::optional<lumarex::ConfigRecord> readInputFile(const QString &path, Checks checks,
+std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Checks checks,
                                                    Output &output);
 
+// The record of bytes already read, with the same checks and reports.
+std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, const InputBytes &bytes,
+                                                   Checks checks, Output &output);
+
 // Writes the whole file or, after an error line, leaves it as it was; false then.
-bool writeOutputFile(const QString &path, const QByteArray &data, Output &output);
+bool writeOutputFile(const std::string &path, std::string_view data, Output &output);
+
+// The error line of a failure; false, for returning.
+bool report(const std::optional<Failure> &failure, Output &output);
 
 } // namespace lxconfig

@@ -2,9 +2,9 @@
 
 #include "commands.h"
 
-#include <QCommandLineParser>
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace lxconfig {
 
@@ -25,6 +25,7 @@ struct Command
     int minArguments;
     int maxArguments; // -1: no limit
     OutputOption output;
+    bool acceptsForce;
     int (*run)(const Invocation &, Output &);
 };
 
@@ -32,46 +33,49 @@ constexpr int kAny = -1;
 
 constexpr Command kCommands[] = {
     {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAny,
-     OutputOption::None, checkCommand},
+     OutputOption::None, false, checkCommand},
     {"show", "show FILE", "list every field with its offset and value", 1, 1, OutputOption::None,
-     showCommand},
+     false, showCommand},
     {"export", "export FILE [-o OUT]", "write the fields as JSON to standard output or OUT", 1, 1,
-     OutputOption::Optional, exportCommand},
+     OutputOption::Optional, false, exportCommand},
     {"import", "import JSON -o FILE", "write the record that a JSON form describes", 1, 1,
-     OutputOption::Required, importCommand},
+     OutputOption::Required, false, importCommand},
     {"defaults", "defaults -o FILE", "write what the editor saves from its untouched form", 0, 0,
-     OutputOption::Required, defaultsCommand},
+     OutputOption::Required, false, defaultsCommand},
     {"set", "set FILE FIELD=VALUE...", "change fields in place and mend the checksum", 2, kAny,
-     OutputOption::None, setCommand},
+     OutputOption::None, true, setCommand},
     {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
-     OutputOption::None, diffCommand},
+     OutputOption::None, false, diffCommand},
 };
 
-QString helpText()
+std::string leftJustified(std::string text, std::size_t width)
 {
-    QString text =
-        QStringLiteral("Usage: lxconfig COMMAND ARGUMENTS...\n"
-                       "Checks, shows and edits Lumarex 2.0 configuration files (LXCONFIG.BIN).\n"
-                       "\n"
-                       "Commands:\n");
-    for (const Command &command : kCommands) {
-        text += QStringLiteral("  %1%2\n")
-                    .arg(QString::fromLatin1(command.synopsis).leftJustified(26),
-                         QString::fromLatin1(command.summary));
-    }
-    text +=
-        QStringLiteral("\n"
-                       "Options:\n"
-                       "  -o, --output FILE         the file to write\n"
-                       "  -h, --help                show this help\n"
-                       "  --version                 show the version\n"
-                       "\n"
-                       "Exit status: 0 success, 1 a file is not valid or a command failed\n"
-                       "(diff: the files differ), 2 a wrong command line (diff: any failure).\n");
+    if (text.size() < width)
+        text.append(width - text.size(), ' ');
     return text;
 }
 
-const Command *findCommand(const QString &name)
+std::string helpText()
+{
+    std::string text = "Usage: lxconfig COMMAND ARGUMENTS...\n"
+                       "Checks, shows and edits Lumarex 2.0 configuration files (LXCONFIG.BIN).\n"
+                       "\n"
+                       "Commands:\n";
+    for (const Command &command : kCommands)
+        text += "  " + leftJustified(command.synopsis, 26) + command.summary + '\n';
+    text += "\n"
+            "Options:\n"
+            "  -o, --output FILE         the file to write\n"
+            "  --force                   set: allow a magic or format version the editor refuses\n"
+            "  -h, --help                show this help\n"
+            "  --version                 show the version\n"
+            "\n"
+            "Exit status: 0 success, 1 a file is not valid or a command failed\n"
+            "(diff: the files differ), 2 a wrong command line (diff: any failure).\n";
+    return text;
+}
+
+const Command *findCommand(const std::string &name)
 {
     const auto it = std::find_if(std::begin(kCommands), std::end(kCommands),
                                  [&name](const Command &command) { return name == command.name; });
@@ -80,9 +84,11 @@ const Command *findCommand(const QString &name)
 
 bool fits(const Command &command, const Invocation &invocation, bool outputGiven)
 {
-    const int count = invocation.arguments.size();
+    const int count = static_cast<int>(invocation.arguments.size());
     if (count < command.minArguments ||
         (command.maxArguments != kAny && count > command.maxArguments))
+        return false;
+    if (invocation.force && !command.acceptsForce)
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -95,47 +101,145 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
     return false;
 }
 
-} // namespace
-
-int run(const QStringList &arguments, Output &output)
+// The options as lxconfig has always read them: anywhere on the line, "--" ends them, short
+// options may be run together ("-ho"), a value follows its option or is joined to it
+// ("-oFILE", "--output=FILE").
+struct ParsedLine
 {
-    // The help text is helpText(), so the options need no descriptions of their own.
-    QCommandLineParser parser;
-    const QCommandLineOption outputOption({"o", "output"}, QString(), "FILE");
-    const QCommandLineOption helpOption(QStringList{"h", "help"});
-    const QCommandLineOption versionOption("version");
-    parser.addOptions({outputOption, helpOption, versionOption});
-    if (!parser.parse(arguments)) {
-        output.usageError(parser.errorText());
-        return kExitError;
-    }
-    if (parser.isSet(helpOption)) {
-        output.out() << helpText();
-        return kExitSuccess;
-    }
-    if (parser.isSet(versionOption)) {
-        output.out() << "lxconfig " << LXCONFIG_VERSION << '\n';
-        return kExitSuccess;
-    }
+    std::vector<std::string> positional;
+    std::optional<std::string> outputPath; // the last one given
+    bool help = false;
+    bool version = false;
+    bool force = false;
+    std::string error;
+    std::vector<std::string> unknown;
 
-    QStringList positional = parser.positionalArguments();
-    if (positional.isEmpty()) {
-        output.usageError(QStringLiteral("no command given"));
+    // The error as the help-less first line of a usage error, or nothing.
+    std::optional<std::string> errorText() const
+    {
+        if (!error.empty())
+            return error;
+        if (unknown.size() == 1)
+            return "Unknown option '" + unknown.front() + "'.";
+        if (unknown.empty())
+            return std::nullopt;
+        std::string names;
+        for (const std::string &name : unknown)
+            names += (names.empty() ? "" : ", ") + name;
+        return "Unknown options: " + names + ".";
+    }
+};
+
+ParsedLine parseLine(const std::vector<std::string> &arguments)
+{
+    ParsedLine line;
+    bool optionsEnded = false;
+    const auto setFlag = [&line](const std::string &name) {
+        if (name == "h" || name == "help")
+            line.help = true;
+        else if (name == "version")
+            line.version = true;
+        else if (name == "force")
+            line.force = true;
+        else
+            return false;
+        return true;
+    };
+    for (auto it = arguments.begin(); it != arguments.end(); ++it) {
+        const std::string &argument = *it;
+        const auto takeValue = [&](const std::string &joined) {
+            if (!joined.empty())
+                line.outputPath = joined;
+            else if (std::next(it) != arguments.end())
+                line.outputPath = *++it;
+            else
+                line.error = "Missing value after '" + argument + "'.";
+        };
+        if (optionsEnded || argument.size() < 2 || argument[0] != '-') {
+            line.positional.push_back(argument);
+        } else if (argument == "--") {
+            optionsEnded = true;
+        } else if (argument.compare(0, 2, "--") == 0) {
+            const std::size_t equals = argument.find('=');
+            const std::string name = argument.substr(2, equals - 2);
+            if (name == "output") {
+                if (equals != std::string::npos)
+                    line.outputPath = argument.substr(equals + 1);
+                else
+                    takeValue({});
+            } else if (setFlag(name)) {
+                if (equals != std::string::npos)
+                    line.error = "Unexpected value after '--" + name + "'.";
+            } else {
+                line.unknown.push_back(name);
+            }
+        } else {
+            for (std::size_t i = 1; i < argument.size(); ++i) {
+                const std::string name(1, argument[i]);
+                if (name == "o") {
+                    takeValue(argument.substr(i + 1));
+                    break;
+                }
+                if (name == "h")
+                    line.help = true;
+                else
+                    line.unknown.push_back(name);
+            }
+        }
+    }
+    return line;
+}
+
+int runCommand(const std::vector<std::string> &arguments, Output &output, bool &isDiff)
+{
+    const ParsedLine line = parseLine(arguments);
+    if (const std::optional<std::string> error = line.errorText()) {
+        output.usageError(*error);
         return kExitError;
     }
-    const QString name = positional.takeFirst();
+    if (line.help) {
+        output.out(helpText());
+        return kExitSuccess;
+    }
+    if (line.version) {
+        output.out(std::string("lxconfig ") + LXCONFIG_VERSION + '\n');
+        return kExitSuccess;
+    }
+    if (line.positional.empty()) {
+        output.usageError("no command given");
+        return kExitError;
+    }
+    const std::string &name = line.positional.front();
     const Command *command = findCommand(name);
     if (!command) {
-        output.usageError(QStringLiteral("unknown command \"%1\"").arg(name));
+        output.usageError("unknown command \"" + name + "\"");
         return kExitError;
     }
-    const Invocation invocation{positional, parser.value(outputOption)};
-    if (!fits(*command, invocation, parser.isSet(outputOption))) {
-        output.usageError(QStringLiteral("usage: lxconfig ") +
-                          QString::fromLatin1(command->synopsis));
+    isDiff = command->run == diffCommand;
+    const Invocation invocation{{line.positional.begin() + 1, line.positional.end()},
+                                line.outputPath.value_or(std::string()),
+                                line.force};
+    if (!fits(*command, invocation, line.outputPath.has_value())) {
+        output.usageError(std::string("usage: lxconfig ") + command->synopsis);
+        return kExitError;
+    }
+    if (line.outputPath && line.outputPath->empty()) {
+        output.usageError("the output file name is empty");
         return kExitError;
     }
     return command->run(invocation, output);
+}
+
+} // namespace
+
+int run(const std::vector<std::string> &arguments, Output &output)
+{
+    bool isDiff = false;
+    const int status = runCommand(arguments, output, isDiff);
+    if (output.finish())
+        return status;
+    // As coreutils do: what could not be written is a failure, for diff a trouble.
+    return isDiff ? kExitError : std::max(status, kExitFailure);
 }
 
 } // namespace lxconfig

@@ -4,11 +4,13 @@
 
 #include "output.h"
 
-#include <QStringList>
+#include <string>
+#include <vector>
 
 namespace lxconfig {
 
-// arguments as QCoreApplication::arguments() gives them, the program's name first.
-int run(const QStringList &arguments, Output &output);
+// The arguments after the program's name, as the bytes given. Standard output is written out
+// before it returns; a failure to write it makes the status a failure.
+int run(const std::vector<std::string> &arguments, Output &output);
 
 } // namespace lxconfig

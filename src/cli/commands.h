@@ -5,7 +5,8 @@
 
 #include "output.h"
 
-#include <QStringList>
+#include <string>
+#include <vector>
 
 namespace lxconfig {
 
@@ -16,8 +17,9 @@ inline constexpr int kExitError =
 
 struct Invocation
 {
-    QStringList arguments;
-    QString outputPath;
+    std::vector<std::string> arguments;
+    std::string outputPath;
+    bool force = false; // set may write a magic or format version the editor refuses
 };
 
 int checkCommand(const Invocation &invocation, Output &output);

@@ -20,17 +20,17 @@ bool sameElement(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
     return std::equal(first, first + info.elementWidth(), b.bytes().begin() + offset);
 }
 
-QString elementName(const lumarex::FieldInfo &info, int element)
+std::string elementName(const lumarex::FieldInfo &info, int element)
 {
-    const QString name = QString::fromLatin1(info.name);
-    return info.elementCount() == 1 ? name : QStringLiteral("%1[%2]").arg(name).arg(element);
+    const std::string name = info.name;
+    return info.elementCount() == 1 ? name : name + '[' + std::to_string(element) + ']';
 }
 
 } // namespace
 
 int diffCommand(const Invocation &invocation, Output &output)
 {
-    const QStringList &paths = invocation.arguments;
+    const std::vector<std::string> &paths = invocation.arguments;
     const std::optional<lumarex::ConfigRecord> a = readInputFile(paths.at(0), Checks::Warn, output);
     const std::optional<lumarex::ConfigRecord> b =
         paths.size() > 1 ? readInputFile(paths.at(1), Checks::Warn, output) : defaultRecord();
@@ -41,8 +41,8 @@ int diffCommand(const Invocation &invocation, Output &output)
         for (int element = 0; element < info.elementCount(); ++element) {
             if (sameElement(*a, *b, info, element))
                 continue;
-            output.out() << elementName(info, element) << ": " << elementText(*a, info, element)
-                         << " -> " << elementText(*b, info, element) << '\n';
+            output.out(elementName(info, element) + ": " + elementText(*a, info, element) + " -> " +
+                       elementText(*b, info, element) + '\n');
             status = kExitFailure;
         }
     }

@@ -8,18 +8,18 @@ namespace lxconfig {
 
 int exportCommand(const Invocation &invocation, Output &output)
 {
-    const QString &path = invocation.arguments.at(0);
+    const std::string &path = invocation.arguments.at(0);
     const std::optional<lumarex::ConfigRecord> record = readInputFile(path, Checks::Warn, output);
     if (!record)
         return kExitFailure;
-    QString error;
-    const std::optional<QByteArray> json = recordToJson(*record, error);
+    std::string error;
+    const std::optional<std::string> json = recordToJson(*record, error);
     if (!json) {
-        output.error(path + QStringLiteral(": ") + error);
+        output.error(path + ": " + error);
         return kExitFailure;
     }
-    if (invocation.outputPath.isEmpty()) {
-        output.out() << QString::fromUtf8(*json);
+    if (invocation.outputPath.empty()) {
+        output.out(*json);
         return kExitSuccess;
     }
     return writeOutputFile(invocation.outputPath, *json, output) ? kExitSuccess : kExitFailure;

@@ -5,8 +5,8 @@
 #include "formfields.h"
 #include "itemtexts.h"
 
-#include <QStringList>
 #include <algorithm>
+#include <cstdio>
 
 namespace lxconfig {
 
@@ -17,37 +17,38 @@ using lumarex::FieldInfo;
 namespace {
 
 // The offset control clamps what a load gives it to its range and shows its decimals.
-QString esoOffsetShown(std::uint32_t stored)
+std::string esoOffsetShown(std::uint32_t stored)
 {
     const lumarex::ControlFacts &control = *lumarex::controlOf(Field::esoOffset);
     const double degrees =
         std::clamp(lumarex::esoOffsetFromField(stored), control.minimum, control.maximum);
-    return QString::number(degrees, 'f', control.decimals);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*f", control.decimals, degrees);
+    return text;
 }
 
 } // namespace
 
-QString elementText(const ConfigRecord &record, const FieldInfo &info, int element)
+std::string elementText(const ConfigRecord &record, const FieldInfo &info, int element)
 {
     if (info.type == lumarex::FieldType::Ascii4)
         return quotedMagic(record);
-    const QString number = numberText(record, info, element);
+    const std::string number = numberText(record, info, element);
     if (info.field == Field::esoOffset)
-        return number +
-               QStringLiteral(" (shown as %1)").arg(esoOffsetShown(record.value(info.field)));
+        return number + " (shown as " + esoOffsetShown(record.value(info.field)) + ")";
     const ItemList *list = itemListOf(info.field);
     if (!list)
         return number;
-    const std::optional<QString> item = itemText(*list, record.value(info.field));
-    return number + (item ? QStringLiteral(" \"%1\"").arg(*item) : QStringLiteral(" (no item)"));
+    const std::optional<std::string> item = itemText(*list, record.value(info.field));
+    return number + (item ? " \"" + *item + "\"" : std::string(" (no item)"));
 }
 
-QString fieldText(const ConfigRecord &record, const FieldInfo &info)
+std::string fieldText(const ConfigRecord &record, const FieldInfo &info)
 {
-    QStringList elements;
+    std::string text;
     for (int element = 0; element < info.elementCount(); ++element)
-        elements << elementText(record, info, element);
-    return elements.join(QLatin1Char(' '));
+        text += (element == 0 ? "" : " ") + elementText(record, info, element);
+    return text;
 }
 
 } // namespace lxconfig

@@ -5,15 +5,15 @@
 
 #include "configrecord.h"
 
-#include <QString>
+#include <string>
 
 namespace lxconfig {
 
 // One element: `2 "Custom settings"`, `17 (no item)`, `-125 (shown as 10.00)`, `"CONF"`.
-QString elementText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info,
-                    int element);
+std::string elementText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info,
+                        int element);
 
 // The whole field; an array as its 20 numbers separated by spaces.
-QString fieldText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info);
+std::string fieldText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info);
 
 } // namespace lxconfig

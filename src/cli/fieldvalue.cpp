@@ -1,5 +1,7 @@
 #include "fieldvalue.h"
 
+#include <array>
+#include <cstdio>
 #include <limits>
 
 namespace lxconfig {
@@ -21,39 +23,39 @@ ValueRange valueRange(FieldType type)
     case FieldType::I32:
         return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
     case FieldType::Bytes8:
-        return {0, (qint64(1) << 53) - 1};
+        return {0, (std::int64_t(1) << 53) - 1};
     case FieldType::Ascii4:
         break;
     }
     return {0, 0};
 }
 
-QString rangeDescription(FieldType type)
+std::string rangeDescription(FieldType type)
 {
     const ValueRange range = valueRange(type);
-    return QStringLiteral("a whole number from %1 to %2").arg(range.min).arg(range.max);
+    return "a whole number from " + std::to_string(range.min) + " to " + std::to_string(range.max);
 }
 
-qint64 numberOf(const ConfigRecord &record, const FieldInfo &info, int element)
+std::int64_t numberOf(const ConfigRecord &record, const FieldInfo &info, int element)
 {
     switch (info.type) {
     case FieldType::I32:
         return record.signedValue(info.field);
     case FieldType::Bytes8:
-        return static_cast<qint64>(record.value64(info.field));
+        return static_cast<std::int64_t>(record.value64(info.field));
     default:
         return record.value(info.field, element);
     }
 }
 
-QString numberText(const ConfigRecord &record, const FieldInfo &info, int element)
+std::string numberText(const ConfigRecord &record, const FieldInfo &info, int element)
 {
     if (info.type == FieldType::Bytes8)
-        return QString::number(record.value64(info.field));
-    return QString::number(numberOf(record, info, element));
+        return std::to_string(record.value64(info.field));
+    return std::to_string(numberOf(record, info, element));
 }
 
-void setNumber(ConfigRecord &record, const FieldInfo &info, int element, qint64 value)
+void setNumber(ConfigRecord &record, const FieldInfo &info, int element, std::int64_t value)
 {
     if (info.type == FieldType::Bytes8)
         record.setValue64(info.field, static_cast<std::uint64_t>(value));
@@ -61,43 +63,68 @@ void setNumber(ConfigRecord &record, const FieldInfo &info, int element, qint64 
         record.setValue(info.field, static_cast<std::uint32_t>(value), element);
 }
 
-void setAllElements(ConfigRecord &record, const FieldInfo &info, qint64 value)
+void setAllElements(ConfigRecord &record, const FieldInfo &info, std::int64_t value)
 {
     for (int element = 0; element < info.elementCount(); ++element)
         setNumber(record, info, element, value);
 }
 
-QString magicText(const ConfigRecord &record)
+std::string magicText(const ConfigRecord &record)
 {
-    return QString::fromLatin1(reinterpret_cast<const char *>(record.bytes().data()),
-                               static_cast<int>(lumarex::kMagic.size()));
+    std::string text;
+    for (std::size_t i = 0; i < lumarex::kMagic.size(); ++i) {
+        const std::uint8_t byte = record.bytes()[i];
+        if (byte < 0x80) {
+            text += static_cast<char>(byte);
+        } else {
+            text += static_cast<char>(0xC0 | (byte >> 6));
+            text += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return text;
 }
 
-bool setMagicText(ConfigRecord &record, const QString &text)
+bool setMagicText(ConfigRecord &record, const std::string &utf8)
 {
-    if (text.size() != static_cast<int>(lumarex::kMagic.size()))
-        return false;
-    for (const QChar c : text) {
-        if (c.unicode() > 0xFF)
+    // Only characters up to U+00FF fit a byte: ASCII, or a two-byte sequence led by C2 or C3.
+    std::array<std::uint8_t, 4> bytes{};
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto lead = static_cast<std::uint8_t>(utf8[i]);
+        std::uint8_t byte = lead;
+        if (lead >= 0x80) {
+            const bool twoBytes = (lead == 0xC2 || lead == 0xC3) && i + 1 < utf8.size() &&
+                                  (static_cast<std::uint8_t>(utf8[i + 1]) & 0xC0) == 0x80;
+            if (!twoBytes)
+                return false;
+            byte = static_cast<std::uint8_t>(((lead & 0x03) << 6) |
+                                             (static_cast<std::uint8_t>(utf8[++i]) & 0x3F));
+        }
+        if (count == bytes.size())
             return false;
+        bytes[count++] = byte;
     }
-    const QByteArray bytes = text.toLatin1();
+    if (count != bytes.size())
+        return false;
     std::copy(bytes.begin(), bytes.end(), record.data());
     return true;
 }
 
-QString quotedMagic(const ConfigRecord &record)
+std::string quotedMagic(const ConfigRecord &record)
 {
-    QString quoted = QStringLiteral("\"");
-    for (const QChar c : magicText(record)) {
-        const bool plain = c.unicode() >= 0x20 && c.unicode() < 0x7F && c != QLatin1Char('"') &&
-                           c != QLatin1Char('\\');
-        if (plain)
-            quoted += c;
-        else
-            quoted += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+    std::string quoted = "\"";
+    for (std::size_t i = 0; i < lumarex::kMagic.size(); ++i) {
+        const std::uint8_t c = record.bytes()[i];
+        const bool plain = c >= 0x20 && c < 0x7F && c != '"' && c != '\\';
+        if (plain) {
+            quoted += static_cast<char>(c);
+        } else {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\x%02x", c);
+            quoted += escaped;
+        }
     }
-    return quoted + QLatin1Char('"');
+    return quoted + '"';
 }
 
 } // namespace lxconfig

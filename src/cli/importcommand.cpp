@@ -4,29 +4,34 @@
 
 #include "commandfiles.h"
 #include "commands.h"
-#include "filereading.h"
 #include "jsonform.h"
 #include "recordfile.h"
 
 namespace lxconfig {
 
+namespace {
+
+// A form is about 1.3 KiB; room for any spacing, and a bound on memory for an endless input.
+constexpr std::size_t kJsonLimit = 1024 * 1024;
+
+} // namespace
+
 int importCommand(const Invocation &invocation, Output &output)
 {
-    const QString &path = invocation.arguments.at(0);
-    const FileContents contents = readFile(path, kWholeFile);
-    QString error = contents.error;
-    std::optional<lumarex::ConfigRecord> record;
-    if (error.isEmpty())
-        record = recordFromJson(contents.data, error);
+    const std::string &path = invocation.arguments.at(0);
+    InputBytes contents;
+    if (!report(readInput(path, kJsonLimit, Overflow::Refuse, contents), output))
+        return kExitFailure;
+    std::string error;
+    std::optional<lumarex::ConfigRecord> record = recordFromJson(contents.data, error);
     if (!record) {
-        output.error(path + QStringLiteral(": ") + error);
+        output.error(path + ": " + error);
         return kExitFailure;
     }
     const std::uint16_t checksum = record->computedChecksum();
     if (record->storedChecksum() != checksum) {
-        output.warning(path + QStringLiteral(": crc %1 replaced by the computed checksum %2")
-                                  .arg(record->storedChecksum())
-                                  .arg(checksum));
+        output.warning(path + ": crc " + std::to_string(record->storedChecksum()) +
+                       " replaced by the computed checksum " + std::to_string(checksum));
         record->setValue(lumarex::Field::crc, checksum);
     }
     return writeOutputFile(invocation.outputPath, recordBytes(*record), output) ? kExitSuccess

@@ -38,9 +38,9 @@ std::vector<ItemList> buildItemLists()
         const lumarex::ControlFacts *control = lumarex::findControl(fields[i].control);
         if (!lookup || !control)
             continue;
-        QStringList items;
+        std::vector<std::string> items;
         for (const std::string_view item : control->items())
-            items << QString::fromUtf8(item.data(), static_cast<int>(item.size()));
+            items.emplace_back(item);
         lists.push_back({fields[i].field, control->objectName.data(), *lookup, items});
     }
     return lists;
@@ -55,8 +55,10 @@ std::optional<int> itemIndex(const ItemList &list, std::uint32_t value)
         return lumarex::ext0ModeIndex(static_cast<std::uint8_t>(value));
     case ItemLookup::Ext1Code:
         return lumarex::ext1ModeIndex(static_cast<std::uint8_t>(value));
-    case ItemLookup::MatchedText:
-        return list.items.indexOf(QString::number(value));
+    case ItemLookup::MatchedText: {
+        const auto found = std::find(list.items.begin(), list.items.end(), std::to_string(value));
+        return found == list.items.end() ? -1 : static_cast<int>(found - list.items.begin());
+    }
     }
     return std::nullopt;
 }
@@ -77,10 +79,10 @@ const ItemList *itemListOf(Field field)
     return it == lists.end() ? nullptr : &*it;
 }
 
-std::optional<QString> itemText(const ItemList &list, std::uint32_t value)
+std::optional<std::string> itemText(const ItemList &list, std::uint32_t value)
 {
     const std::optional<int> index = itemIndex(list, value);
-    if (!index || *index < 0 || *index >= list.items.size())
+    if (!index || *index < 0 || static_cast<std::size_t>(*index) >= list.items.size())
         return std::nullopt;
     return list.items.at(*index);
 }

@@ -5,9 +5,8 @@
 
 #include "configrecord.h"
 
-#include <QString>
-#include <QStringList>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace lxconfig {
@@ -26,13 +25,13 @@ struct ItemList
     lumarex::Field field;
     const char *comboName; // the editor's object name of the box (NUL-terminated)
     ItemLookup lookup;
-    QStringList items;
+    std::vector<std::string> items; // UTF-8
 };
 
 const std::vector<ItemList> &itemLists();
 const ItemList *itemListOf(lumarex::Field field);
 
 // The item the editor shows for the stored value, or nothing when no item fits.
-std::optional<QString> itemText(const ItemList &list, std::uint32_t value);
+std::optional<std::string> itemText(const ItemList &list, std::uint32_t value);
 
 } // namespace lxconfig

@@ -1,12 +1,10 @@
 #include "jsonform.h"
 
 #include "fieldvalue.h"
+#include "jsonsyntax.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QStringList>
 #include <cmath>
+#include <cstdio>
 
 namespace lxconfig {
 
@@ -16,133 +14,131 @@ using lumarex::FieldType;
 
 namespace {
 
-QString keyOf(const FieldInfo &info)
+std::string elementKey(const FieldInfo &info, int element)
 {
-    return QString::fromLatin1(info.name);
-}
-
-QString elementKey(const FieldInfo &info, int element)
-{
-    return QStringLiteral("%1[%2]").arg(keyOf(info)).arg(element);
+    return std::string(info.name) + '[' + std::to_string(element) + ']';
 }
 
 // A JSON string literal: quotes, backslashes and control characters escaped, the rest as is.
-QString jsonString(const QString &text)
+std::string jsonString(const std::string &utf8)
 {
-    QString quoted = QStringLiteral("\"");
-    for (const QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
-            quoted += QLatin1Char('\\') + c;
-        else if (c.unicode() < 0x20)
-            quoted += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-        else
+    std::string quoted = "\"";
+    for (const char c : utf8) {
+        if (c == '"' || c == '\\') {
+            quoted += '\\';
             quoted += c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", static_cast<unsigned char>(c));
+            quoted += escaped;
+        } else {
+            quoted += c;
+        }
     }
-    return quoted + QLatin1Char('"');
+    return quoted + '"';
 }
 
-std::optional<qint64> wholeNumber(const QJsonValue &value, FieldType type)
+std::optional<std::int64_t> wholeNumber(const JsonValue &value, FieldType type)
 {
-    if (!value.isDouble())
+    if (!value.is_number())
         return std::nullopt;
-    const double number = value.toDouble();
+    // Every JSON number is taken as a double, as the form has always read them.
+    const double number = value.get<double>();
     const ValueRange range = valueRange(type);
     // Every bound is exact as a double, so the comparisons are too.
     if (std::trunc(number) != number || number < double(range.min) || number > double(range.max))
         return std::nullopt;
-    return static_cast<qint64>(number);
+    return static_cast<std::int64_t>(number);
 }
 
 // One field's value into the record; the reason naming the key when it does not fit.
-std::optional<QString> readField(const QJsonValue &value, const FieldInfo &info,
-                                 ConfigRecord &record)
+std::optional<std::string> readField(const JsonValue &value, const FieldInfo &info,
+                                     ConfigRecord &record)
 {
+    const std::string key = info.name;
     if (info.type == FieldType::Ascii4) {
-        if (value.isString() && setMagicText(record, value.toString()))
+        if (value.is_string() && setMagicText(record, value.get_ref<const std::string &>()))
             return std::nullopt;
-        return keyOf(info) + QStringLiteral(": expected %1").arg(kMagicDescription);
+        return key + ": expected " + kMagicDescription;
     }
     if (info.type == FieldType::U16x20) {
-        const QJsonArray array = value.toArray();
-        if (!value.isArray() || array.size() != info.elementCount()) {
-            return keyOf(info) + QStringLiteral(": expected an array of %1 numbers, each %2")
-                                     .arg(info.elementCount())
-                                     .arg(rangeDescription(info.type));
+        if (!value.is_array() || value.size() != static_cast<std::size_t>(info.elementCount())) {
+            return key + ": expected an array of " + std::to_string(info.elementCount()) +
+                   " numbers, each " + rangeDescription(info.type);
         }
         for (int element = 0; element < info.elementCount(); ++element) {
-            const std::optional<qint64> number = wholeNumber(array.at(element), info.type);
+            const std::optional<std::int64_t> number =
+                wholeNumber(value.at(static_cast<std::size_t>(element)), info.type);
             if (!number)
-                return elementKey(info, element) +
-                       QStringLiteral(": expected %1").arg(rangeDescription(info.type));
+                return elementKey(info, element) + ": expected " + rangeDescription(info.type);
             setNumber(record, info, element, *number);
         }
         return std::nullopt;
     }
-    const std::optional<qint64> number = wholeNumber(value, info.type);
+    const std::optional<std::int64_t> number = wholeNumber(value, info.type);
     if (!number)
-        return keyOf(info) + QStringLiteral(": expected %1").arg(rangeDescription(info.type));
+        return key + ": expected " + rangeDescription(info.type);
     setNumber(record, info, 0, *number);
     return std::nullopt;
 }
 
 } // namespace
 
-std::optional<QByteArray> recordToJson(const ConfigRecord &record, QString &error)
+std::optional<std::string> recordToJson(const ConfigRecord &record, std::string &error)
 {
-    QStringList members;
+    std::string text = "{\n";
+    bool first = true;
     for (const FieldInfo &info : lumarex::fieldTable()) {
-        QString value;
+        std::string value;
         if (info.type == FieldType::Ascii4) {
             value = jsonString(magicText(record));
         } else if (info.type == FieldType::U16x20) {
-            QStringList elements;
+            value = "[";
             for (int element = 0; element < info.elementCount(); ++element)
-                elements << numberText(record, info, element);
-            value = QLatin1Char('[') + elements.join(QStringLiteral(", ")) + QLatin1Char(']');
+                value += (element == 0 ? "" : ", ") + numberText(record, info, element);
+            value += ']';
         } else {
-            const qint64 number = numberOf(record, info, 0);
+            const std::int64_t number = numberOf(record, info, 0);
             const ValueRange range = valueRange(info.type);
             if (number < range.min || number > range.max) {
-                error = keyOf(info) + QStringLiteral(": %1 is more than a JSON number holds")
-                                          .arg(numberText(record, info, 0));
+                error = std::string(info.name) + ": " + numberText(record, info, 0) +
+                        " is more than a JSON number holds";
                 return std::nullopt;
             }
-            value = QString::number(number);
+            value = std::to_string(number);
         }
-        members << QStringLiteral("    \"%1\": %2").arg(keyOf(info), value);
+        text += (first ? "    \"" : ",\n    \"") + std::string(info.name) + "\": " + value;
+        first = false;
     }
-    return QStringLiteral("{\n%1\n}\n").arg(members.join(QStringLiteral(",\n"))).toUtf8();
+    return text + "\n}\n";
 }
 
-std::optional<ConfigRecord> recordFromJson(const QByteArray &json, QString &error)
+std::optional<ConfigRecord> recordFromJson(std::string_view json, std::string &error)
 {
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
-    if (parseError.error != QJsonParseError::NoError) {
-        error = QStringLiteral("malformed JSON: %1 at offset %2")
-                    .arg(parseError.errorString())
-                    .arg(parseError.offset);
+    JsonValue document;
+    if (std::optional<std::string> problem = parseJson(json, document)) {
+        error = *problem;
         return std::nullopt;
     }
-    if (!document.isObject()) {
-        error = QStringLiteral("malformed JSON: not an object");
+    if (!document.is_object()) {
+        error = "not a JSON object";
         return std::nullopt;
     }
-    const QJsonObject object = document.object();
-    for (auto it = object.begin(); it != object.end(); ++it) {
-        if (!lumarex::fieldByName(it.key().toStdString())) {
-            error = it.key() + QStringLiteral(": no such field");
+    // Keys in the order of their names, so the same form always gives the same first complaint.
+    for (const auto &member : document.items()) {
+        if (!lumarex::fieldByName(member.key())) {
+            error = member.key() + ": no such field";
             return std::nullopt;
         }
     }
     ConfigRecord record;
     for (const FieldInfo &info : lumarex::fieldTable()) {
-        const auto it = object.find(keyOf(info));
-        if (it == object.end()) {
-            error = keyOf(info) + QStringLiteral(": missing");
+        const auto it = document.find(info.name);
+        if (it == document.end()) {
+            error = std::string(info.name) + ": missing";
             return std::nullopt;
         }
-        if (const std::optional<QString> problem = readField(*it, info, record)) {
+        if (const std::optional<std::string> problem = readField(*it, info, record)) {
             error = *problem;
             return std::nullopt;
         }

@@ -7,17 +7,17 @@
 
 #include "configrecord.h"
 
-#include <QByteArray>
-#include <QString>
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace lxconfig {
 
 // Nothing, with the reason in error, when fixed134 holds more than a JSON number can.
-std::optional<QByteArray> recordToJson(const lumarex::ConfigRecord &record, QString &error);
+std::optional<std::string> recordToJson(const lumarex::ConfigRecord &record, std::string &error);
 
-// Every key must be there, known and within its field's range; the crc key is taken as it
+// Every key must be there once, known and within its field's range; the crc key is taken as it
 // stands. Nothing, with the reason naming the key in error, otherwise.
-std::optional<lumarex::ConfigRecord> recordFromJson(const QByteArray &json, QString &error);
+std::optional<lumarex::ConfigRecord> recordFromJson(std::string_view json, std::string &error);
 
 } // namespace lxconfig

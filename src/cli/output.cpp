@@ -1,27 +1,69 @@
 #include "output.h"
 
+#include "fileio.h"
+
+#include <cerrno>
+#include <cstring>
+
 namespace lxconfig {
 
-Output::Output(FILE *out, FILE *err) : m_out(out), m_err(err)
+namespace {
+
+// Enough to keep a long check of many files from gathering without bound.
+constexpr std::size_t kPendingLimit = 64 * 1024;
+
+} // namespace
+
+Output::Output(FILE *out, FILE *err) : m_out(out), m_err(err) {}
+
+void Output::out(std::string_view text)
 {
-    m_out.setCodec("UTF-8");
-    m_err.setCodec("UTF-8");
+    m_pending.append(text);
+    if (m_pending.size() >= kPendingLimit)
+        flushOut();
 }
 
-void Output::error(const QString &text)
+bool Output::flushOut()
 {
-    m_err << "lxconfig: " << text << Qt::endl;
+    if (m_outError == 0) {
+        // Whatever the stdio buffer holds goes first; then the text gathered here.
+        if (std::fflush(m_out) != 0)
+            m_outError = errno;
+        else
+            m_outError = writeAll(fileno(m_out), m_pending);
+    }
+    m_pending.clear();
+    return m_outError == 0;
 }
 
-void Output::usageError(const QString &text)
+void Output::error(std::string_view text)
+{
+    std::string line = "lxconfig: ";
+    line.append(text);
+    line += '\n';
+    std::fwrite(line.data(), 1, line.size(), m_err);
+    std::fflush(m_err);
+}
+
+void Output::usageError(std::string_view text)
 {
     error(text);
-    m_err << "Try 'lxconfig --help'." << Qt::endl;
+    std::fputs("Try 'lxconfig --help'.\n", m_err);
+    std::fflush(m_err);
 }
 
-void Output::warning(const QString &text)
+void Output::warning(std::string_view text)
 {
-    error(QStringLiteral("warning: ") + text);
+    error(std::string("warning: ").append(text));
+}
+
+bool Output::finish()
+{
+    if (flushOut())
+        return true;
+    error(Failure{"standard output", std::string("cannot write: ") + std::strerror(m_outError)}
+              .message());
+    return false;
 }
 
 } // namespace lxconfig

@@ -1,11 +1,11 @@
 #pragma once
 
-// Where a command writes: its result on standard output, diagnostics on standard error, both as
-// UTF-8 whatever the locale says (item texts carry signs such as U+00AE).
+// Where a command writes: its result on standard output, diagnostics on standard error. Texts
+// are UTF-8 (item texts carry signs such as U+00AE); file names are printed as the bytes given.
 
-#include <QString>
-#include <QTextStream>
 #include <cstdio>
+#include <string>
+#include <string_view>
 
 namespace lxconfig {
 
@@ -14,18 +14,27 @@ class Output
 public:
     Output(FILE *out, FILE *err);
 
-    QTextStream &out() { return m_out; }
+    // Appends to standard output, which is written out by finish() or when much has gathered.
+    void out(std::string_view text);
 
     // "lxconfig: <text>" on standard error.
-    void error(const QString &text);
+    void error(std::string_view text);
     // "lxconfig: warning: <text>" on standard error.
-    void warning(const QString &text);
+    void warning(std::string_view text);
     // The error, then a pointer to the help.
-    void usageError(const QString &text);
+    void usageError(std::string_view text);
+
+    // Writes what standard output still holds; false, after an error line naming standard
+    // output and the reason, when any of it could not be written.
+    bool finish();
 
 private:
-    QTextStream m_out;
-    QTextStream m_err;
+    bool flushOut();
+
+    FILE *m_out;
+    FILE *m_err;
+    std::string m_pending;
+    int m_outError = 0; // the errno of the first failed write to standard output
 };
 
 } // namespace lxconfig

@@ -2,51 +2,46 @@
 
 #include "editorverdict.h"
 #include "fieldvalue.h"
-#include "filereading.h"
 
 namespace lxconfig {
 
-RecordFile readRecordFile(const QString &path)
+lumarex::ConfigRecord recordOf(const InputBytes &bytes)
 {
-    const FileContents contents = readFile(path, static_cast<qint64>(lumarex::kEditorReadSize));
-    RecordFile file;
-    file.error = contents.error;
-    file.size = contents.size;
-    file.record = lumarex::ConfigRecord::fromBytes(
-        reinterpret_cast<const std::uint8_t *>(contents.data.constData()),
-        static_cast<std::size_t>(contents.data.size()));
-    return file;
+    return lumarex::ConfigRecord::fromBytes(
+        reinterpret_cast<const std::uint8_t *>(bytes.data.data()), bytes.data.size());
 }
 
-std::optional<QString> recordProblem(const lumarex::ConfigRecord &record)
+std::optional<std::string> recordProblem(const lumarex::ConfigRecord &record)
 {
     switch (lumarex::editorVerdict(record)) {
     case lumarex::Verdict::BadMagic:
-        return QStringLiteral("bad magic %1 (expected \"CONF\")").arg(quotedMagic(record));
+        return "bad magic " + quotedMagic(record) + " (expected \"CONF\")";
     case lumarex::Verdict::OtherVersion:
-        return QStringLiteral("format version %1 (expected %2)")
-            .arg(record.value(lumarex::Field::headerVersion))
-            .arg(lumarex::kFormatVersion);
+        return "format version " + std::to_string(record.value(lumarex::Field::headerVersion)) +
+               " (expected " + std::to_string(lumarex::kFormatVersion) + ")";
     case lumarex::Verdict::ChecksumMismatch:
-        return QStringLiteral("checksum stored %1 computed %2")
-            .arg(record.storedChecksum())
-            .arg(record.computedChecksum());
+        return "checksum stored " + std::to_string(record.storedChecksum()) + " computed " +
+               std::to_string(record.computedChecksum());
     case lumarex::Verdict::Accepted:
         break;
     }
     return std::nullopt;
 }
 
-std::optional<QString> sizeProblem(qint64 size)
+std::optional<std::string> sizeProblem(const InputBytes &bytes)
 {
-    if (size == lumarex::kRecordSize)
+    const std::string record = " (a record is " + std::to_string(lumarex::kRecordSize) + ")";
+    // A stream that went on past what the editor reads has no size to tell.
+    if (bytes.beyondLimit)
+        return "more than " + std::to_string(bytes.size) + " bytes" + record;
+    if (bytes.size == lumarex::kRecordSize)
         return std::nullopt;
-    return QStringLiteral("%1 bytes (a record is %2)").arg(size).arg(lumarex::kRecordSize);
+    return std::to_string(bytes.size) + " bytes" + record;
 }
 
-QByteArray recordBytes(const lumarex::ConfigRecord &record)
+std::string recordBytes(const lumarex::ConfigRecord &record)
 {
-    return QByteArray(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
+    return std::string(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
 }
 
 } // namespace lxconfig

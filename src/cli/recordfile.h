@@ -3,31 +3,29 @@
 // A configuration file as the editor's load command sees it, and the checks it makes.
 
 #include "configrecord.h"
+#include "editorverdict.h"
+#include "fileio.h"
 
-#include <QString>
 #include <optional>
+#include <string>
 
 namespace lxconfig {
 
-struct RecordFile
-{
-    QString error; // why the file could not be read at all; empty when it could
-    lumarex::ConfigRecord record;
-    qint64 size = 0;
-};
+// The editor reads at most this much of a file.
+using lumarex::kEditorReadSize;
 
-// Reads at most lumarex::kEditorReadSize bytes, as the editor does; a shorter file reads as if
-// padded with zero bytes and bytes after the record are ignored.
-RecordFile readRecordFile(const QString &path);
+// The record in the first bytes read: a shorter file reads as if padded with zero bytes and
+// bytes after the record are ignored.
+lumarex::ConfigRecord recordOf(const InputBytes &bytes);
 
 // The first check of the editor's load that the record fails, in the editor's order (magic,
 // format version, checksum), or nothing when it would load.
-std::optional<QString> recordProblem(const lumarex::ConfigRecord &record);
+std::optional<std::string> recordProblem(const lumarex::ConfigRecord &record);
 
 // A note for a file whose size is not that of a record, which the editor loads all the same.
-std::optional<QString> sizeProblem(qint64 size);
+std::optional<std::string> sizeProblem(const InputBytes &bytes);
 
-// The record's bytes as a byte array, for writing and comparing.
-QByteArray recordBytes(const lumarex::ConfigRecord &record);
+// The record's bytes, for writing.
+std::string recordBytes(const lumarex::ConfigRecord &record);
 
 } // namespace lxconfig

@@ -1,6 +1,7 @@
 // lxconfig set FILE FIELD=VALUE...: changes fields of a valid file in place and mends its
 // checksum. A file the editor would refuse is left alone, so that set never gives a damaged
-// file a fresh checksum; any bad change leaves the file as it was.
+// file a fresh checksum; any bad change leaves the file as it was. The file stays locked from
+// the read to the replacement, so concurrent sets on one file each keep the others' changes.
 
 #include "assignment.h"
 #include "commandfiles.h"
@@ -9,20 +10,52 @@
 
 namespace lxconfig {
 
+namespace {
+
+// A change the editor would then refuse to load, unless --force asks for it.
+std::optional<std::string> refusedHeader(const lumarex::ConfigRecord &record)
+{
+    const std::string writeAnyway = "; --force writes it all the same";
+    if (!record.hasMagic())
+        return "magic: the editor refuses a file without \"CONF\"" + writeAnyway;
+    const std::uint32_t version = record.value(lumarex::Field::headerVersion);
+    if (version != lumarex::kFormatVersion) {
+        return "headerVersion: the editor refuses format version " + std::to_string(version) +
+               " (it loads " + std::to_string(lumarex::kFormatVersion) + ")" + writeAnyway;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 int setCommand(const Invocation &invocation, Output &output)
 {
-    const QString &path = invocation.arguments.at(0);
-    std::optional<lumarex::ConfigRecord> record = readInputFile(path, Checks::Require, output);
+    const std::string &path = invocation.arguments.at(0);
+    OutputFile file;
+    InputBytes bytes;
+    std::optional<Failure> failure = file.openExisting(path);
+    if (!failure)
+        failure = file.read(kEditorReadSize, bytes);
+    if (!report(failure, output))
+        return kExitFailure;
+    std::optional<lumarex::ConfigRecord> record =
+        checkedRecord(path, bytes, Checks::Require, output);
     if (!record)
         return kExitFailure;
-    for (const QString &assignment : invocation.arguments.mid(1)) {
-        if (const std::optional<QString> problem = applyAssignment(*record, assignment)) {
-            output.error(*problem);
+    for (auto it = invocation.arguments.begin() + 1; it != invocation.arguments.end(); ++it) {
+        if (const std::optional<std::string> problem = applyAssignment(*record, *it)) {
+            output.error(path + ": " + *problem);
+            return kExitFailure;
+        }
+    }
+    if (const std::optional<std::string> problem = refusedHeader(*record)) {
+        if (!invocation.force) {
+            output.error(path + ": " + *problem);
             return kExitFailure;
         }
     }
     record->setValue(lumarex::Field::crc, record->computedChecksum());
-    return writeOutputFile(path, recordBytes(*record), output) ? kExitSuccess : kExitFailure;
+    return report(file.replace(recordBytes(*record)), output) ? kExitSuccess : kExitFailure;
 }
 
 } // namespace lxconfig

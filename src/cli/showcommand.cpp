@@ -5,6 +5,7 @@
 #include "fieldtext.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 namespace lxconfig {
@@ -32,9 +33,9 @@ int showCommand(const Invocation &invocation, Output &output)
     // Name, offset and value in columns: "gpsReceiver             112  2 "Custom settings"".
     const int nameWidth = longestFieldName() + 1;
     for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
-        output.out() << QString::fromLatin1(info.name).leftJustified(nameWidth)
-                     << QString::number(info.offset).rightJustified(3) << "  "
-                     << fieldText(*record, info) << '\n';
+        char columns[64];
+        std::snprintf(columns, sizeof columns, "%-*s%3d  ", nameWidth, info.name, info.offset);
+        output.out(columns + fieldText(*record, info) + '\n');
     }
     return kExitSuccess;
 }

@@ -15,6 +15,14 @@
 
 namespace {
 
+QStringList textsOf(const std::vector<std::string> &items)
+{
+    QStringList texts;
+    for (const std::string &item : items)
+        texts << QString::fromStdString(item);
+    return texts;
+}
+
 QByteArray bytesOf(const lumarex::ConfigRecord &record)
 {
     return QByteArray(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
@@ -41,7 +49,7 @@ void TestCli::itemTextsMatchForm_data()
     QTest::addColumn<QString>("comboName");
     QTest::addColumn<QStringList>("items");
     for (const lxconfig::ItemList &list : lxconfig::itemLists())
-        QTest::newRow(list.comboName) << QString::fromLatin1(list.comboName) << list.items;
+        QTest::newRow(list.comboName) << QString::fromLatin1(list.comboName) << textsOf(list.items);
 }
 
 void TestCli::itemTextsMatchForm()
@@ -94,7 +102,8 @@ void TestCli::itemListsMatchSavedFields()
     for (int i = 0; i < combo->count(); ++i) {
         choose(combo, i);
         const std::uint32_t stored = savedRecord(window).value(list->field);
-        QCOMPARE(lxconfig::itemText(*list, stored).value_or("(no item)"), combo->itemText(i));
+        QCOMPARE(QString::fromStdString(lxconfig::itemText(*list, stored).value_or("(no item)")),
+                 combo->itemText(i));
     }
 }
 

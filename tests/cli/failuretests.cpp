@@ -60,9 +60,10 @@ void TestCli::failedCommandKeepsOutput_data()
     QTest::newRow("defaults onto a directory")
         << QStringList{"defaults", "-o", "folder"}
         << "lxconfig: folder: cannot write: Filename refers to a directory\n";
-    QTest::newRow("set a bad value") << QStringList{"set", "good.bin", "gpsReceiver=256"}
-                                     << "lxconfig: gpsReceiver: expected a whole number from 0 to "
-                                        "255\n";
+    QTest::newRow("set a bad value")
+        << QStringList{"set", "good.bin", "gpsReceiver=256"}
+        << "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to "
+           "255\n";
 }
 
 void TestCli::failedCommandKeepsOutput()

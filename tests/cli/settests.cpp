@@ -45,10 +45,13 @@ void TestCli::set_data()
                               << defaultsWith({{122, "83FFFFFF"}}, 28950) << "";
     QTest::newRow("largest u32") << "good.bin" << QStringList{"frameSkip=4294967295"}
                                  << defaultsWith({{94, "FFFFFFFF"}}, 23166) << "";
-    QTest::newRow("magic") << "good.bin" << QStringList{"magic=ABCD"}
+    // The editor would refuse either: only with --force.
+    QTest::newRow("magic") << "good.bin" << QStringList{"--force", "magic=ABCD"}
                            << defaultsWith({{0, "41424344"}}, 19460) << "";
-    QTest::newRow("version") << "good.bin" << QStringList{"headerVersion=20180602"}
+    QTest::newRow("version") << "good.bin" << QStringList{"headerVersion=20180602", "--force"}
                              << defaultsWith({{8, "7AEE3301"}}, 55130) << "";
+    QTest::newRow("magic as it was")
+        << "good.bin" << QStringList{"magic=CONF"} << kDefaultBytes << "";
     QTest::newRow("fixed134") << "good.bin" << QStringList{"fixed134=0"}
                               << defaultsWith({{134, "0000000000000000"}}, 7) << "";
     QTest::newRow("two fields") << "good.bin" << QStringList{"gpsReceiver=1", "serialParity=2"}
@@ -86,28 +89,29 @@ void TestCli::setRejects_data()
     const auto row = [](const char *name, const char *file, const char *change, const char *err) {
         QTest::newRow(name) << file << change << err;
     };
-    row("unknown field", "good.bin", "colour=1", "lxconfig: colour: no such field\n");
-    row("checksum", "good.bin", "crc=1", "lxconfig: crc: the checksum is computed, not set\n");
+    row("unknown field", "good.bin", "colour=1", "lxconfig: good.bin: colour: no such field\n");
+    row("checksum", "good.bin", "crc=1",
+        "lxconfig: good.bin: crc: the checksum is computed, not set\n");
     row("above u8", "good.bin", "gpsReceiver=256",
-        "lxconfig: gpsReceiver: expected a whole number from 0 to 255\n");
+        "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
     row("below u8", "good.bin", "gpsReceiver=-1",
-        "lxconfig: gpsReceiver: expected a whole number from 0 to 255\n");
+        "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
     row("not a number", "good.bin", "gpsReceiver=two",
-        "lxconfig: gpsReceiver: expected a whole number from 0 to 255\n");
+        "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
     row("empty value", "good.bin",
-        "gpsReceiver=", "lxconfig: gpsReceiver: expected a whole number from 0 to 255\n");
+        "gpsReceiver=", "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
     row("fraction", "good.bin", "esoOffset=1.5",
-        "lxconfig: esoOffset: expected a whole number from -2147483648 to 2147483647\n");
+        "lxconfig: good.bin: esoOffset: expected a whole number from -2147483648 to 2147483647\n");
     row("above a trigger slot", "good.bin", "triggerLow=65536",
-        "lxconfig: triggerLow: expected a whole number from 0 to 65535\n");
+        "lxconfig: good.bin: triggerLow: expected a whole number from 0 to 65535\n");
     row("slot past the array", "good.bin", "triggerLow[20]=700",
-        "lxconfig: triggerLow[20]: no such element\n");
+        "lxconfig: good.bin: triggerLow[20]: no such element\n");
     row("slot of a number", "good.bin", "gpsReceiver[0]=1",
-        "lxconfig: gpsReceiver[0]: no such element\n");
+        "lxconfig: good.bin: gpsReceiver[0]: no such element\n");
     row("no value", "good.bin", "gpsReceiver",
-        "lxconfig: gpsReceiver: expected FIELD=VALUE or FIELD[INDEX]=VALUE\n");
+        "lxconfig: good.bin: gpsReceiver: expected FIELD=VALUE or FIELD[INDEX]=VALUE\n");
     row("magic too long", "good.bin", "magic=CONFIG",
-        "lxconfig: magic: expected 4 characters from U+0000 to U+00FF\n");
+        "lxconfig: good.bin: magic: expected 4 characters from U+0000 to U+00FF\n");
     row("0 bytes", "empty.bin", "gimbalRc=1",
         "lxconfig: empty.bin: bad magic \"\\x00\\x00\\x00\\x00\" (expected \"CONF\")\n");
     row("short", "short.bin", "gimbalRc=1",
@@ -119,6 +123,14 @@ void TestCli::setRejects_data()
     // A damaged file does not get a fresh checksum.
     row("bad checksum", "checksum.bin", "gimbalRc=1",
         "lxconfig: checksum.bin: checksum stored 23154 computed 41000\n");
+    row("magic the editor refuses", "good.bin", "magic=ABCD",
+        "lxconfig: good.bin: magic: the editor refuses a file without \"CONF\"; --force writes it "
+        "all the same\n");
+    row("version the editor refuses", "good.bin", "headerVersion=20180602",
+        "lxconfig: good.bin: headerVersion: the editor refuses format version 20180602 (it loads "
+        "20180601); --force writes it all the same\n");
+    row("standard input", "-", "gimbalRc=1",
+        "lxconfig: -: cannot write: standard input cannot be changed in place\n");
     row("missing", "missing.bin", "gimbalRc=1",
         "lxconfig: missing.bin: cannot open: No such file or directory\n");
     row("directory", "folder", "gimbalRc=1", "lxconfig: folder: cannot read: Is a directory\n");

@@ -23,6 +23,7 @@ const QString kHelp = QStringLiteral(
     "\n"
     "Options:\n"
     "  -o, --output FILE         the file to write\n"
+    "  --force                   set: allow a magic or format version the editor refuses\n"
     "  -h, --help                show this help\n"
     "  --version                 show the version\n"
     "\n"
@@ -79,6 +80,13 @@ void TestCli::commandLine_data()
                                           << "" << usage("defaults -o FILE");
     QTest::newRow("set without changes")
         << QStringList{"set", "good.bin"} << 2 << "" << usage("set FILE FIELD=VALUE...");
+    QTest::newRow("force with another command") << QStringList{"defaults", "--force", "-o", "x.bin"}
+                                                << 2 << "" << usage("defaults -o FILE");
+    QTest::newRow("empty output name") << QStringList{"defaults", "-o", ""} << 2 << ""
+                                       << "lxconfig: the output file name is empty\n" + kTryHelp;
+    QTest::newRow("empty output name, export")
+        << QStringList{"export", "good.bin", "--output="} << 2 << ""
+        << "lxconfig: the output file name is empty\n" + kTryHelp;
     QTest::newRow("set with -o") << QStringList{"set", "good.bin", "gimbalRc=1", "-o", "x.bin"} << 2
                                  << "" << usage("set FILE FIELD=VALUE...");
     QTest::newRow("diff without files") << QStringList{"diff"} << 2 << "" << usage("diff A [B]");

@@ -1,0 +1,403 @@
+#include "fileio.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+namespace lxconfig {
+
+namespace {
+
+// As many links as the kernel follows in one path before it says ELOOP.
+constexpr int kMaxLinkHops = 40;
+
+std::string reasonOf(const char *what, int error)
+{
+    return std::string(what) + ": " + std::strerror(error);
+}
+
+// Retries a call that a signal interrupted.
+template <typename Call> auto retried(Call call)
+{
+    decltype(call()) result;
+    do {
+        result = call();
+    } while (result == -1 && errno == EINTR);
+    return result;
+}
+
+void closeKeepingErrno(int fd)
+{
+    if (fd < 0)
+        return;
+    const int saved = errno;
+    ::close(fd);
+    errno = saved;
+}
+
+std::string folderOf(const std::string &path)
+{
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string baseOf(const std::string &path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// The links in /proc/self/fd (behind /dev/stdout, /dev/fd/N) name open descriptors, not files:
+// an output behind one is written through, never replaced.
+bool isDescriptorLink(const std::string &link)
+{
+    struct statfs filesystem = {};
+    return ::statfs(folderOf(link).c_str(), &filesystem) == 0 &&
+           filesystem.f_type == PROC_SUPER_MAGIC;
+}
+
+// The descriptor that a link in this process's /proc/self/fd names (/dev/stdout, /dev/fd/1), so
+// that writing goes into the descriptor as it stands (offset, append mode), as ">&1" would.
+std::optional<int> ownDescriptor(const std::string &link)
+{
+    const std::string number = baseOf(link);
+    if (number.empty() || number.find_first_not_of("0123456789") != std::string::npos ||
+        number.size() > 9)
+        return std::nullopt;
+    char *own = ::realpath("/proc/self/fd", nullptr);
+    char *folder = ::realpath(folderOf(link).c_str(), nullptr);
+    const bool same = own && folder && std::strcmp(own, folder) == 0;
+    std::free(own);
+    std::free(folder);
+    return same ? std::optional<int>(std::stoi(number)) : std::nullopt;
+}
+
+// Reads until the end or limit bytes; errno, or 0.
+int readUpTo(int fd, std::size_t limit, std::string &data)
+{
+    char chunk[4096];
+    while (data.size() < limit) {
+        const std::size_t wanted = std::min(sizeof chunk, limit - data.size());
+        const ssize_t got = retried([&] { return ::read(fd, chunk, wanted); });
+        if (got < 0)
+            return errno;
+        if (got == 0)
+            break;
+        data.append(chunk, static_cast<std::size_t>(got));
+    }
+    return 0;
+}
+
+// Whether a stream has another byte after the limit; it is read and dropped.
+bool hasMore(int fd)
+{
+    char byte = 0;
+    return retried([&] { return ::read(fd, &byte, 1); }) > 0;
+}
+
+// Signals that a user or the system sends to end a process; held back while a complete
+// temporary file is linked in and renamed, so that they cannot leave it behind. SIGKILL cannot
+// be held back: see the note at writeReplacement.
+class TerminationSignalsHeld
+{
+public:
+    TerminationSignalsHeld()
+    {
+        sigset_t held;
+        sigemptyset(&held);
+        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGALRM, SIGUSR1,
+                                 SIGUSR2, SIGXCPU, SIGVTALRM, SIGPROF, SIGTSTP})
+            sigaddset(&held, signal);
+        ::sigprocmask(SIG_BLOCK, &held, &m_previous);
+    }
+    ~TerminationSignalsHeld() { ::sigprocmask(SIG_SETMASK, &m_previous, nullptr); }
+    TerminationSignalsHeld(const TerminationSignalsHeld &) = delete;
+    TerminationSignalsHeld &operator=(const TerminationSignalsHeld &) = delete;
+
+private:
+    sigset_t m_previous;
+};
+
+} // namespace
+
+int writeAll(int fd, std::string_view data)
+{
+    while (!data.empty()) {
+        const ssize_t written = retried([&] { return ::write(fd, data.data(), data.size()); });
+        if (written < 0)
+            return errno;
+        if (written == 0)
+            return EIO;
+        data.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return 0;
+}
+
+std::optional<Failure> readInput(const std::string &path, std::size_t limit, Overflow overflow,
+                                 InputBytes &bytes)
+{
+    const bool standardInput = path == kStandardStream;
+    const int fd =
+        standardInput ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
+    if (fd == -1)
+        return Failure{path, reasonOf("cannot open", errno)};
+    struct stat status = {};
+    int error = ::fstat(fd, &status) == -1 ? errno : 0;
+    const bool regular = error == 0 && S_ISREG(status.st_mode);
+    // A file already known to be too large is not read at all.
+    if (error == 0 && regular && overflow == Overflow::Refuse &&
+        static_cast<std::uint64_t>(status.st_size) > limit)
+        bytes.beyondLimit = true;
+    if (error == 0 && !bytes.beyondLimit) {
+        error = readUpTo(fd, limit, bytes.data);
+        if (error == 0 && bytes.data.size() == limit && (!regular || overflow == Overflow::Refuse))
+            bytes.beyondLimit = hasMore(fd);
+    }
+    if (!standardInput)
+        ::close(fd);
+    if (error != 0)
+        return Failure{path, reasonOf("cannot read", error)};
+    if (bytes.beyondLimit && overflow == Overflow::Refuse)
+        return Failure{path, "cannot read: more than " + std::to_string(limit) + " bytes"};
+    bytes.size = regular ? static_cast<std::uint64_t>(status.st_size) : bytes.data.size();
+    return std::nullopt;
+}
+
+OutputFile::~OutputFile()
+{
+    if (m_lockedFd >= 0 && m_lockedFd != m_folderFd)
+        ::close(m_lockedFd);
+    if (m_folderFd >= 0)
+        ::close(m_folderFd);
+}
+
+Failure OutputFile::failure(const char *what, int error) const
+{
+    return Failure{m_given, reasonOf(what, error)};
+}
+
+std::optional<Failure> OutputFile::resolve(const std::string &path, bool forReading)
+{
+    const char *what = forReading ? "cannot open" : "cannot write";
+    std::string current = path;
+    for (int hop = 0; hop <= kMaxLinkHops; ++hop) {
+        struct stat status = {};
+        if (::lstat(current.c_str(), &status) == -1) {
+            if (errno != ENOENT || forReading)
+                return failure(what, errno);
+            m_kind = Kind::New;
+        } else if (S_ISLNK(status.st_mode)) {
+            if (isDescriptorLink(current)) {
+                m_kind = Kind::Stream;
+                m_descriptor = ownDescriptor(current);
+            } else {
+                std::string link(static_cast<std::size_t>(PATH_MAX), '\0');
+                const ssize_t length = ::readlink(current.c_str(), link.data(), link.size());
+                if (length < 0)
+                    return failure(what, errno);
+                link.resize(static_cast<std::size_t>(length));
+                current = link.front() == '/' ? link : folderOf(current) + '/' + link;
+                continue;
+            }
+        } else if (S_ISDIR(status.st_mode)) {
+            if (forReading)
+                return failure("cannot read", EISDIR);
+            return Failure{m_given, "cannot write: Filename refers to a directory"};
+        } else {
+            m_kind = S_ISREG(status.st_mode) ? Kind::Regular : Kind::Stream;
+        }
+        m_target = current;
+        m_folder = folderOf(current);
+        return std::nullopt;
+    }
+    return failure(what, ELOOP);
+}
+
+std::optional<Failure> OutputFile::open(const std::string &path)
+{
+    m_given = path;
+    if (path == kStandardStream) {
+        m_kind = Kind::Stream;
+        m_descriptor = STDOUT_FILENO;
+        return std::nullopt;
+    }
+    if (std::optional<Failure> problem = resolve(path, false))
+        return problem;
+    return m_kind == Kind::Stream ? std::nullopt : lock(false);
+}
+
+std::optional<Failure> OutputFile::openExisting(const std::string &path)
+{
+    m_given = path;
+    if (path == kStandardStream)
+        return Failure{path, "cannot write: standard input cannot be changed in place"};
+    if (std::optional<Failure> problem = resolve(path, true))
+        return problem;
+    if (m_kind != Kind::Regular)
+        return Failure{path, "cannot write: not a regular file"};
+    return lock(true);
+}
+
+std::optional<Failure> OutputFile::lock(bool forReading)
+{
+    const char *what = forReading ? "cannot open" : "cannot write";
+    for (;;) {
+        m_folderFd = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (m_folderFd == -1)
+            return failure("cannot write", errno);
+        m_lockedFd = m_kind == Kind::New
+                         ? m_folderFd
+                         : ::open(m_target.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
+        if (m_lockedFd == -1)
+            return failure(what, errno);
+        if (retried([&] { return ::flock(m_lockedFd, LOCK_EX); }) == -1)
+            return failure(what, errno);
+        // The previous holder may have renamed a new file over the path while this one waited.
+        struct stat locked = {};
+        struct stat named = {};
+        const bool namedExists = ::stat(m_target.c_str(), &named) == 0;
+        if (::fstat(m_lockedFd, &locked) == -1)
+            return failure(what, errno);
+        const bool same = m_kind == Kind::New ? !namedExists
+                                              : namedExists && named.st_dev == locked.st_dev &&
+                                                    named.st_ino == locked.st_ino;
+        if (same) {
+            // Named after what is locked, so only the lock's holder uses it: a file of this name
+            // is what a holder that was killed between link and rename left, and can go.
+            char name[32];
+            std::snprintf(name, sizeof name, ".lxconfig-%llx",
+                          static_cast<unsigned long long>(locked.st_ino));
+            m_tempName = name;
+            ::unlinkat(m_folderFd, m_tempName.c_str(), 0);
+            return std::nullopt;
+        }
+        if (m_lockedFd != m_folderFd)
+            ::close(m_lockedFd);
+        ::close(m_folderFd);
+        m_lockedFd = m_folderFd = -1;
+        if (std::optional<Failure> problem = resolve(m_given, forReading))
+            return problem;
+        if (m_kind == Kind::Stream)
+            return forReading ? std::optional<Failure>(
+                                    Failure{m_given, "cannot write: not a regular file"})
+                              : std::nullopt;
+    }
+}
+
+std::optional<Failure> OutputFile::read(std::size_t limit, InputBytes &bytes)
+{
+    struct stat status = {};
+    if (::fstat(m_lockedFd, &status) == -1)
+        return failure("cannot read", errno);
+    if (const int error = readUpTo(m_lockedFd, limit, bytes.data))
+        return failure("cannot read", error);
+    bytes.size = static_cast<std::uint64_t>(status.st_size);
+    return std::nullopt;
+}
+
+std::optional<Failure> OutputFile::replace(std::string_view data)
+{
+    return m_kind == Kind::Stream ? writeStream(data) : writeReplacement(data);
+}
+
+std::optional<Failure> OutputFile::writeStream(std::string_view data)
+{
+    const int fd = m_descriptor ? *m_descriptor
+                                : ::open(m_target.c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666);
+    if (fd == -1)
+        return failure("cannot write", errno);
+    int error = writeAll(fd, data);
+    if (!m_descriptor && ::close(fd) == -1 && error == 0)
+        error = errno;
+    return error == 0 ? std::nullopt : std::optional<Failure>(failure("cannot write", error));
+}
+
+// Between the link and the rename a complete, synced temporary file has a name. Every signal
+// that can be held back is held back for those two calls; a SIGKILL or a power cut there leaves
+// the file under its short name, which is the locked file's inode number: the next lxconfig to
+// lock the same file removes it.
+std::optional<Failure> OutputFile::writeReplacement(std::string_view data)
+{
+    struct stat old = {};
+    if (m_kind == Kind::Regular && ::fstat(m_lockedFd, &old) == -1)
+        return failure("cannot write", errno);
+    const mode_t mode = m_kind == Kind::Regular ? 0600 : 0666;
+
+    bool named = false;
+    int fd = ::openat(m_folderFd, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
+    if (fd == -1 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)) {
+        // No unnamed temporary files here: a named one, removed on every failure below.
+        named = true;
+        fd =
+            ::openat(m_folderFd, m_tempName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    }
+    if (fd == -1) {
+        const int error = errno;
+        if (error == EACCES || error == EPERM || error == EROFS)
+            return Failure{m_given, "cannot write: the folder " + m_folder +
+                                        " refuses new files: " + std::strerror(error)};
+        return failure("cannot write", error);
+    }
+    const auto fail = [&](int error) {
+        closeKeepingErrno(fd);
+        if (named)
+            ::unlinkat(m_folderFd, m_tempName.c_str(), 0);
+        return std::optional<Failure>(failure("cannot write", error));
+    };
+
+    if (const int error = writeAll(fd, data))
+        return fail(error);
+    if (m_kind == Kind::Regular) {
+        // Owner first: changing it clears the set-user-ID and set-group-ID bits that the mode
+        // then puts back. Another owner is allowed only to root; the group where it is allowed.
+        if (::fchown(fd, old.st_uid, old.st_gid) == -1)
+            ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
+        if (::fchmod(fd, old.st_mode & 07777) == -1)
+            return fail(errno);
+    }
+    if (retried([&] { return ::fsync(fd); }) == -1)
+        return fail(errno);
+
+    const std::string base = baseOf(m_target);
+    {
+        const TerminationSignalsHeld held;
+        if (!named) {
+            int linked = ::linkat(fd, "", m_folderFd, m_tempName.c_str(), AT_EMPTY_PATH);
+            if (linked == -1) {
+                // AT_EMPTY_PATH needs a capability; the descriptor's link in /proc does not.
+                const std::string self = "/proc/self/fd/" + std::to_string(fd);
+                linked = ::linkat(AT_FDCWD, self.c_str(), m_folderFd, m_tempName.c_str(),
+                                  AT_SYMLINK_FOLLOW);
+            }
+            if (linked == -1)
+                return fail(errno);
+            named = true;
+        }
+        if (::close(fd) == -1) {
+            fd = -1;
+            return fail(errno);
+        }
+        fd = -1;
+        if (::renameat(m_folderFd, m_tempName.c_str(), m_folderFd, base.c_str()) == -1)
+            return fail(errno);
+    }
+    // The rename itself reaches the disk with the folder.
+    if (retried([&] { return ::fsync(m_folderFd); }) == -1)
+        return failure("cannot write", errno);
+    return std::nullopt;
+}
+
+} // namespace lxconfig

@@ -1,0 +1,19 @@
+#pragma once
+
+// JSON text into a document, with nlohmann-json's SAX parser: a key given twice in one object is
+// an error naming the key (a plain parse would keep one of the two silently), and a syntax error
+// is worded as lxconfig has always worded it: "malformed JSON: <what> at offset <byte>".
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace lxconfig {
+
+using JsonValue = nlohmann::json;
+
+// The reason when the text is not one JSON value with unique keys.
+std::optional<std::string> parseJson(std::string_view text, JsonValue &document);
+
+} // namespace lxconfig
