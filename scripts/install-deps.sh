@@ -5,9 +5,13 @@ set -euo pipefail
 packages=()
 for need in "$@"; do
     case "$need" in
-        build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools) ;;
+        # librsvg2-bin renders the PNG icons from the SVG.
+        build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools librsvg2-bin) ;;
         run) packages+=(xvfb xauth) ;;
-        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file) ;;
+        # dpkg-dev computes the package's Depends; lintian, devscripts (hardening-check) and
+        # mandoc check the package; x11-utils (xprop) names the window's class under Xvfb.
+        test) packages+=(xvfb xauth x11-utils desktop-file-utils appstream dpkg-dev file lintian
+                         devscripts mandoc) ;;
         bench) packages+=(libbenchmark-dev valgrind) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
         asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;
