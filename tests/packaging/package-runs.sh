@@ -85,7 +85,7 @@ root=$work/root
 # apt resolves the package's dependencies from this machine's packages and sources.
 apt-get install --simulate --no-install-recommends "$package" >"$work/apt" 2>&1 ||
     { cat "$work/apt" >&2; echo "FAIL: apt cannot satisfy the package's dependencies" >&2; exit 1; }
-grep -E '^(Inst|Conf) ' "$work/apt" | sed 's/^/  apt would: /'
+grep -E '^(Inst|Conf) ' "$work/apt" | sed 's/^/  apt would: /' || true
 if [ "$(id -u)" -eq 0 ]; then
     # A scratch root whose dpkg database lists this machine's installed packages (without their
     # files), so that dpkg checks the Depends against them.
