@@ -6,11 +6,16 @@ packages=()
 for need in "$@"; do
     case "$need" in
         # nlohmann-json3-dev: lxconfig's JSON (header-only, nothing to install at run time).
-        build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools nlohmann-json3-dev) ;;
+        # librsvg2-bin renders the PNG icons from the SVG.
+        build) packages+=(cmake make g++ qtbase5-dev qtbase5-dev-tools nlohmann-json3-dev
+                          librsvg2-bin) ;;
         run) packages+=(xvfb xauth) ;;
+        # dpkg-dev computes the package's Depends; lintian, devscripts (hardening-check) and
+        # mandoc check the package; x11-utils (xprop) names the window's class under Xvfb.
         # strace kills lxconfig at every call of a write; util-linux gives unshare and mount for
         # the full-filesystem and read-only-folder tests.
-        test) packages+=(xvfb xauth desktop-file-utils appstream dpkg-dev file strace util-linux)
+        test) packages+=(xvfb xauth x11-utils desktop-file-utils appstream dpkg-dev file lintian
+                         devscripts mandoc strace util-linux)
               # The screen-reader test: accessibility bus and registry, the AT-SPI client
               # library, and a private D-Bus session to run them in.
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin) ;;
