@@ -4,6 +4,7 @@
 // answered by DialogDismisser.
 
 #include "dialogdismisser.h"
+#include "editorverdict.h"
 #include "mainwindow.h"
 
 #include <QApplication>
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr std::size_t kReadBufferSize = 1024;
 MainWindow *window = nullptr;
 
 } // namespace
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***argv)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    std::array<unsigned char, kReadBufferSize> buffer{};
+    std::array<unsigned char, lumarex::kEditorReadSize> buffer{};
     std::copy_n(data, std::min(size, buffer.size()), buffer.begin());
     window->restoreFromFileBytes(buffer.data());
     // What the event loop does after the command: repaint and lay out the changed form.

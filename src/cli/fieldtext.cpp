@@ -2,6 +2,7 @@
 
 #include "conversions.h"
 #include "fieldvalue.h"
+#include "formfields.h"
 #include "itemtexts.h"
 
 #include <QStringList>
@@ -15,15 +16,13 @@ using lumarex::FieldInfo;
 
 namespace {
 
-// The range of the editor's offset control, which clamps what a load gives it.
-constexpr double kEsoOffsetMin = -10.0;
-constexpr double kEsoOffsetMax = 10.0;
-
+// The offset control clamps what a load gives it to its range and shows its decimals.
 QString esoOffsetShown(std::uint32_t stored)
 {
+    const lumarex::ControlFacts &control = *lumarex::controlOf(Field::esoOffset);
     const double degrees =
-        std::clamp(lumarex::esoOffsetFromField(stored), kEsoOffsetMin, kEsoOffsetMax);
-    return QString::number(degrees, 'f', 2);
+        std::clamp(lumarex::esoOffsetFromField(stored), control.minimum, control.maximum);
+    return QString::number(degrees, 'f', control.decimals);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "itemtexts.h"
 
 #include "conversions.h"
+#include "formfields.h"
 
 #include <algorithm>
 
@@ -10,74 +11,39 @@ using lumarex::Field;
 
 namespace {
 
-// "Channel 1" to "Channel 16", then "Deactivated": channel n is index n - 1.
-QStringList channelList()
+// How the save command stores a combo box's state decides how a stored value finds its item.
+std::optional<ItemLookup> lookupFor(lumarex::Stored stored)
 {
-    QStringList items;
-    for (int channel = 1; channel <= 16; ++channel)
-        items << QStringLiteral("Channel %1").arg(channel);
-    return items << QStringLiteral("Deactivated");
+    switch (stored) {
+    case lumarex::Stored::ItemIndex:
+        return ItemLookup::Index;
+    case lumarex::Stored::Ext0Code:
+        return ItemLookup::Ext0Code;
+    case lumarex::Stored::Ext1Code:
+        return ItemLookup::Ext1Code;
+    case lumarex::Stored::ItemNumber:
+        return ItemLookup::MatchedText;
+    default:
+        return std::nullopt;
+    }
 }
 
+// One list per combo box of the form, with its texts as the form gives them.
 std::vector<ItemList> buildItemLists()
 {
-    const QStringList channels = channelList();
-    const QStringList sbusSwitchModes = {"high/low (default)", "absolute"};
-    const auto index = ItemLookup::Index;
-    return {
-        {Field::gpsReceiver,
-         "cbPeripheryGPS",
-         index,
-         {"Custom settings",
-          QString::fromUtf8("Lumarex GPS Receiver - based on u-blox 6 SuperSense\u00AE chipset"),
-          "Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset",
-          "Lumarex GPS Receiver - 10Hz, based on u-blox 8 Multi GNSS UBX-M8030-KT chipset"}},
-        {Field::triggerPinMode,
-         "cbTriggerPinMode",
-         index,
-         {"ON/OFF", "SBUS", "Serial input", "PWM (normal)", "PWM (inverted)", "PPM"}},
-        {Field::triggerFfcMode,
-         "cbTriggerFFCMode",
-         index,
-         {"no additional FFC (default)", "additional FFC on trigger start"}},
-        {Field::triggerFrameMode,
-         "cbTriggerFrameMode",
-         index,
-         {"Ongoing stream (default)", "Single frame capture"}},
-        {Field::serialBaudrate,
-         "cbBaudrate",
-         ItemLookup::MatchedText,
-         {"1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200", "230400", "460800",
-          "921600"}},
-        {Field::serialParity, "cbParity", index, {"none", "odd", "even"}},
-        {Field::serialStopBits, "cbStopBit", ItemLookup::MatchedText, {"1", "2"}},
-        {Field::sbusColormap, "cbSbusColormap", index, channels},
-        {Field::sbusColorMapSwitchMode, "cbSbusColorMapSwitchMode", index, sbusSwitchModes},
-        {Field::sbusFfc, "cbSbusFFC", index, channels},
-        {Field::sbusIsotherms, "cbSbusIsotherms", index, channels},
-        {Field::sbusIsoLow, "cbSbusIsoLow", index, channels},
-        {Field::sbusIsoMid, "cbSbusIsoMid", index, channels},
-        {Field::sbusIsoUp, "cbSbusIsoUp", index, channels},
-        {Field::sbusOverlay, "cbSbusOverlay", index, channels},
-        {Field::sbusTrigger, "cbSbusTrigger", index, channels},
-        {Field::sbusZoom, "cbSbusZoom", index, channels},
-        {Field::sbusZoomMode, "cbSbusZoomMode", index, sbusSwitchModes},
-        {Field::ext0Mode,
-         "cBext0mode",
-         ItemLookup::Ext0Code,
-         {"None (default)", "do FFC (automatic FFC is off)", "External Shutter RX/TX"}},
-        {Field::ext1Mode,
-         "cBext1mode",
-         ItemLookup::Ext1Code,
-         {"None (default)", "External Sync", "External Shutter RX/TX"}},
-        {Field::isothermState, "cbIsothermsState", index, {"OFF (default)", "ON"}},
-        // The Isotherms page says "absolute values" where the SBUS/PPM page says "absolute".
-        {Field::isothermSwitchMode,
-         "cbIsothermSwitchMode",
-         index,
-         {"high/low (default)", "absolute values"}},
-        {Field::overlayMode, "cBOverlayMode", index, {"OFF", "ON"}},
-    };
+    std::vector<ItemList> lists;
+    const lumarex::FormField *fields = lumarex::formFields();
+    for (std::size_t i = 0; i < lumarex::formFieldCount(); ++i) {
+        const std::optional<ItemLookup> lookup = lookupFor(fields[i].stored);
+        const lumarex::ControlFacts *control = lumarex::findControl(fields[i].control);
+        if (!lookup || !control)
+            continue;
+        QStringList items;
+        for (const std::string_view item : control->items())
+            items << QString::fromUtf8(item.data(), static_cast<int>(item.size()));
+        lists.push_back({fields[i].field, control->objectName.data(), *lookup, items});
+    }
+    return lists;
 }
 
 std::optional<int> itemIndex(const ItemList &list, std::uint32_t value)

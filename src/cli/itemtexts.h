@@ -1,7 +1,7 @@
 #pragma once
 
-// The editor's item lists, one per combo box, with the field each box feeds. The tests hold
-// every text here equal to the editor's form, so the two cannot drift apart.
+// The editor's item lists, one per combo box, with the field each box feeds. The texts come
+// from the table generated from the editor's form (lumarex::formControls()).
 
 #include "configrecord.h"
 
@@ -24,7 +24,7 @@ enum class ItemLookup
 struct ItemList
 {
     lumarex::Field field;
-    const char *comboName; // the editor's object name of the box
+    const char *comboName; // the editor's object name of the box (NUL-terminated)
     ItemLookup lookup;
     QStringList items;
 };

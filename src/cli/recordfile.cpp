@@ -1,19 +1,14 @@
 #include "recordfile.h"
 
+#include "editorverdict.h"
 #include "fieldvalue.h"
 #include "filereading.h"
 
 namespace lxconfig {
 
-namespace {
-
-constexpr qint64 kEditorReadSize = 1024;
-
-} // namespace
-
 RecordFile readRecordFile(const QString &path)
 {
-    const FileContents contents = readFile(path, kEditorReadSize);
+    const FileContents contents = readFile(path, static_cast<qint64>(lumarex::kEditorReadSize));
     RecordFile file;
     file.error = contents.error;
     file.size = contents.size;
@@ -25,20 +20,19 @@ RecordFile readRecordFile(const QString &path)
 
 std::optional<QString> recordProblem(const lumarex::ConfigRecord &record)
 {
-    using lumarex::Field;
-    if (!record.hasMagic()) {
+    switch (lumarex::editorVerdict(record)) {
+    case lumarex::Verdict::BadMagic:
         return QStringLiteral("bad magic %1 (expected \"CONF\")").arg(quotedMagic(record));
-    }
-    const std::uint32_t version = record.value(Field::headerVersion);
-    if (version != lumarex::kFormatVersion) {
+    case lumarex::Verdict::OtherVersion:
         return QStringLiteral("format version %1 (expected %2)")
-            .arg(version)
+            .arg(record.value(lumarex::Field::headerVersion))
             .arg(lumarex::kFormatVersion);
-    }
-    if (record.storedChecksum() != record.computedChecksum()) {
+    case lumarex::Verdict::ChecksumMismatch:
         return QStringLiteral("checksum stored %1 computed %2")
             .arg(record.storedChecksum())
             .arg(record.computedChecksum());
+    case lumarex::Verdict::Accepted:
+        break;
     }
     return std::nullopt;
 }

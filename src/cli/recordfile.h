@@ -16,8 +16,8 @@ struct RecordFile
     qint64 size = 0;
 };
 
-// Reads at most 1024 bytes, as the editor does; a shorter file reads as if padded with zero
-// bytes and bytes after the record are ignored.
+// Reads at most lumarex::kEditorReadSize bytes, as the editor does; a shorter file reads as if
+// padded with zero bytes and bytes after the record are ignored.
 RecordFile readRecordFile(const QString &path);
 
 // The first check of the editor's load that the record fails, in the editor's order (magic,

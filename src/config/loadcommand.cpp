@@ -1,9 +1,10 @@
-// "Read from file": one read of the chosen file, the magic, version and checksum checks in that
-// order, then every stored value back into its control in a fixed order. Restoring a control
-// runs its form rules at once, and later steps overwrite what those rules preset.
+// "Read from file": one read of the chosen file, the format library's verdict on it (magic,
+// version, checksum), then every stored value back into its control in a fixed order. Restoring a
+// control runs its form rules at once, and later steps overwrite what those rules preset.
 
 #include "console.h"
 #include "conversions.h"
+#include "editorverdict.h"
 #include "mainwindow.h"
 #include "ui_mainwindow.h"
 
@@ -16,8 +17,6 @@
 using lumarex::Field;
 
 namespace {
-
-constexpr std::size_t kReadBufferSize = 1024;
 
 int intField(const lumarex::ConfigRecord &record, Field field)
 {
@@ -46,7 +45,7 @@ void MainWindow::on_btnReadConf_clicked()
     const QString path =
         QFileDialog::getOpenFileName(this, QStringLiteral("Open File"), QString(), QString());
 
-    unsigned char buffer[kReadBufferSize];
+    unsigned char buffer[lumarex::kEditorReadSize];
     std::memset(buffer, 0, sizeof buffer);
 
     // A cancelled dialog gives an empty path, which fails here.
@@ -72,14 +71,15 @@ MainWindow::LoadOutcome MainWindow::restoreFromFileBytes(const unsigned char *by
 {
     // A short file reads as if padded with zero bytes; bytes after the record are ignored.
     lumarex::ConfigRecord record = lumarex::ConfigRecord::fromBytes(bytes, lumarex::kRecordSize);
-    const std::uint32_t version = record.value(Field::headerVersion);
-    if (!record.hasMagic() || version != lumarex::kFormatVersion) {
-        versionMismatch(version);
+    const lumarex::Verdict verdict = lumarex::editorVerdict(record);
+    if (verdict == lumarex::Verdict::BadMagic || verdict == lumarex::Verdict::OtherVersion) {
+        versionMismatch(record.value(Field::headerVersion));
         return LoadOutcome::VersionRefused;
     }
+    // The verdict has decided; this call stays for the "CRC read:" line it prints.
     unsigned short checksum = 0;
     calc_crc(record.data(), lumarex::kChecksummedSize, &checksum);
-    if (checksum != record.storedChecksum()) {
+    if (verdict == lumarex::Verdict::ChecksumMismatch) {
         console::report("CRC error");
         return LoadOutcome::ChecksumFailed;
     }

@@ -1,21 +1,11 @@
 #include "expected.h"
 
 #include "crc16.h"
+#include "untouchedform.h"
 
 #include <QRegularExpression>
 
-const QByteArray kDefaultBytes = QByteArray::fromHex(
-    "43 4F 4E 46 99 00 00 00 79 EE 33 01 B0 02 B0 02" // 0: header, triggerLow 688...
-    "B0 02 B0 02 B0 02 B0 02 B0 02 B0 02 B0 02 B0 02" // 16
-    "B0 02 B0 02 B0 02 B0 02 B0 02 B0 02 B0 02 B0 02" // 32
-    "B0 02 B0 02 56 05 56 05 56 05 56 05 56 05 56 05" // 48: triggerHigh 1366...
-    "56 05 56 05 56 05 56 05 56 05 56 05 56 05 56 05" // 64
-    "56 05 56 05 56 05 56 05 56 05 56 05 00 00 00 00" // 80: ext modes, frameSkip
-    "00 00 00 00 00 00 00 00 00 0F 00 22 00 28 00 00" // 96: isotherms 15, 34, 40
-    "02 00 20 03 00 00 E8 03 00 00 00 00 00 00 78 00" // 112: GPS 2, heating 800, cycle 1000
-    "00 00 00 00 00 00 00 00 00 40 00 00 00 00 E8 03" // 128: interval 120, fixed134
-    "00 00 03 00 05 00 10 10 10 01 04 02 00 00 00 96" // 144: channels, baud rate 38400
-    "00 00 00 01 01 72 5A");                          // 160: stop bits 1, inverted, crc 23154
+const QByteArray kDefaultBytes = untouchedFormFile();
 
 const QStringList kDefaultShow = {
     R"-(magic                    0  "CONF")-",

@@ -1,12 +1,12 @@
-// The generator behind docs/file-format.md: every field described, the documented defaults equal
-// to what a freshly opened editor saves, and the generated parts replaced without touching the
-// hand-written text around them.
+// The generator behind docs/file-format.md: every field described, the documented default file
+// equal to the untouched form's file of tests/data, the controls table, and the generated parts
+// replaced without touching the hand-written text around them.
 
-#include "consolecapture.h"
+#include "controlstable.h"
 #include "fielddocs.h"
-#include "mainwindow.h"
 #include "markdownsections.h"
 #include "markerblocks.h"
+#include "untouchedform.h"
 
 #include <QtTest>
 
@@ -17,24 +17,6 @@ Q_DECLARE_METATYPE(std::string)
 Q_DECLARE_METATYPE(std::vector<std::string>)
 
 namespace {
-
-// The field and offset of the first byte that differs, which a plain comparison would not name.
-QString firstDifference(const lumarex::RecordBytes &actual, const lumarex::RecordBytes &expected)
-{
-    for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
-        for (int offset = info.offset; offset < info.offset + info.width; ++offset) {
-            const auto i = static_cast<std::size_t>(offset);
-            if (actual[i] != expected[i]) {
-                return QStringLiteral("%1 at offset %2: documented %3, editor saves %4")
-                    .arg(QLatin1String(info.name))
-                    .arg(offset)
-                    .arg(actual[i], 2, 16, QLatin1Char('0'))
-                    .arg(expected[i], 2, 16, QLatin1Char('0'));
-            }
-        }
-    }
-    return {};
-}
 
 QStringList toStringList(const std::vector<std::string> &lines)
 {
@@ -53,7 +35,9 @@ class TestFormatDoc : public QObject
 private slots:
     void everyFieldIsDescribed();
     void meaningsFitInOneTableCell();
-    void documentedDefaultsAreWhatTheEditorSaves();
+    void defaultFileIsTheUntouchedFormFile();
+    void controlsRowShowsPageCaptionAndValues_data();
+    void controlsRowShowsPageCaptionAndValues();
     void layoutRowShowsOffsetTypeAndDefault_data();
     void layoutRowShowsOffsetTypeAndDefault();
     void hexDumpShowsSixteenBytesALine();
@@ -76,16 +60,45 @@ void TestFormatDoc::meaningsFitInOneTableCell()
     }
 }
 
-void TestFormatDoc::documentedDefaultsAreWhatTheEditorSaves()
+void TestFormatDoc::defaultFileIsTheUntouchedFormFile()
 {
-    MainWindow window;
-    lumarex::ConfigRecord saved;
-    {
-        const ConsoleCapture quiet;
-        saved = window.recordFromForm();
+    const QByteArray file = untouchedFormFile();
+    lumarex::RecordBytes bytes{};
+    QCOMPARE(file.size(), lumarex::kRecordSize);
+    std::copy(file.begin(), file.end(), bytes.begin());
+    for (const Section &section : formatdoc::generatedSections()) {
+        if (section.name == "DEFAULT FILE") {
+            QCOMPARE(QString::fromStdString(section.text),
+                     QString::fromStdString(formatdoc::hexDump(bytes)));
+            return;
+        }
     }
-    const QString difference = firstDifference(formatdoc::defaultRecord().bytes(), saved.bytes());
-    QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    QFAIL("no DEFAULT FILE section");
+}
+
+void TestFormatDoc::controlsRowShowsPageCaptionAndValues_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::newRow("stop bits") << QStringLiteral("| `serialStopBits` | GPS/Serial | Stop bit: | "
+                                                 "`cbStopBit` (QComboBox) | 1 *1*, 2 *2* | *1* |");
+    QTest::newRow("EXT 0") << QStringLiteral(
+        "| `ext0Mode` | Extensions | EXT 0 mode | `cBext0mode` (QComboBox) | 0 *None (default)*, "
+        "1 *do FFC (automatic FFC is off)*, 5 *External Shutter RX/TX* | *None (default)* |");
+    QTest::newRow("offset") << QStringLiteral(
+        "| `esoOffset` | Periphery | Offset | `sb_eso_offset` (QDoubleSpinBox) | -10.00 to 10.00 | "
+        "0.00 |");
+    QTest::newRow("inverted") << QStringLiteral(
+        "| `serialInverted` | GPS/Serial | Inverted signal: | `cbInverted` (QCheckBox) | "
+        "1 checked, 0 unchecked | checked |");
+    QTest::newRow("frames") << QStringLiteral("| `frameSkip` | Recording Options | # Frames: | "
+                                              "`leFrameSkip` (QLineEdit) | the text | *0* |");
+}
+
+void TestFormatDoc::controlsRowShowsPageCaptionAndValues()
+{
+    QFETCH(QString, row);
+    const QStringList lines = QString::fromStdString(formatdoc::controlsTable()).split('\n');
+    QVERIFY2(lines.contains(row), qPrintable(lines.join('\n')));
 }
 
 void TestFormatDoc::layoutRowShowsOffsetTypeAndDefault_data()

@@ -4,6 +4,7 @@
 #include "configrecord.h"
 #include "conversions.h"
 #include "crc16.h"
+#include "recorddiff.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -31,28 +32,6 @@ QByteArray toByteArray(const ConfigRecord &record)
 {
     return QByteArray(reinterpret_cast<const char *>(record.bytes().data()), lumarex::kRecordSize);
 }
-
-// Names the first differing offset, which a plain QCOMPARE of 167 bytes would not.
-QString describeDifference(const QByteArray &actual, const QByteArray &expected)
-{
-    if (actual.size() != expected.size())
-        return QStringLiteral("size %1, expected %2").arg(actual.size()).arg(expected.size());
-    for (int i = 0; i < actual.size(); ++i) {
-        if (actual[i] != expected[i]) {
-            return QStringLiteral("offset %1: %2, expected %3")
-                .arg(i)
-                .arg(quint8(actual[i]), 2, 16, QLatin1Char('0'))
-                .arg(quint8(expected[i]), 2, 16, QLatin1Char('0'));
-        }
-    }
-    return {};
-}
-
-#define COMPARE_BYTES(actual, expected)                                                            \
-    do {                                                                                           \
-        const QString difference = describeDifference(actual, expected);                           \
-        QVERIFY2(difference.isEmpty(), qPrintable(difference));                                    \
-    } while (false)
 
 // A distinct value in every field and every trigger element; kDistinctBytes is its image.
 struct FieldValue

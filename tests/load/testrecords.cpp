@@ -1,5 +1,7 @@
 #include "testrecords.h"
 
+#include "untouchedform.h"
+
 #include <algorithm>
 
 using lumarex::Field;
@@ -32,45 +34,20 @@ void fillTriggerArrays(FieldValues &values, quint32 low, quint32 high, quint32 s
 
 FieldValues untouchedFormValues()
 {
-    FieldValues values = {
-        {Field::ext0Mode, 0},
-        {Field::ext1Mode, 0},
-        {Field::frameSkip, 0},
-        {Field::triggerPinMode, 0},
-        {Field::triggerFfcMode, 0},
-        {Field::triggerFrameMode, 0},
-        {Field::overlayMode, 0},
-        {Field::isothermState, 0},
-        {Field::isothermSwitchMode, 0},
-        {Field::isothermLower, 15},
-        {Field::isothermMiddle, 34},
-        {Field::isothermUpper, 40},
-        {Field::gimbalRc, 0},
-        {Field::gpsReceiver, 2},
-        {Field::externalShutter, 0},
-        {Field::esoHeating, 800},
-        {Field::esoHeatcycle, 1000},
-        {Field::esoOffset, 0},
-        {Field::esoShutterInterval, 120},
-        {Field::esoOpt5, 0},
-        {Field::recMaxFramesPerFile, 1000},
-        {Field::sbusColormap, 3},
-        {Field::sbusColorMapSwitchMode, 0},
-        {Field::sbusFfc, 5},
-        {Field::sbusIsotherms, 0},
-        {Field::sbusIsoLow, 16},
-        {Field::sbusIsoMid, 16},
-        {Field::sbusIsoUp, 16},
-        {Field::sbusOverlay, 1},
-        {Field::sbusTrigger, 4},
-        {Field::sbusZoom, 2},
-        {Field::sbusZoomMode, 0},
-        {Field::serialBaudrate, 38400},
-        {Field::serialParity, 0},
-        {Field::serialStopBits, 1},
-        {Field::serialInverted, 1},
-    };
-    fillTriggerArrays(values, 688, 1366, 0);
+    // Every field the format does not fix, element by element, from the untouched form's file.
+    const QByteArray file = untouchedFormFile();
+    const lumarex::ConfigRecord record =
+        lumarex::ConfigRecord::fromBytes(reinterpret_cast<const std::uint8_t *>(file.constData()),
+                                         static_cast<std::size_t>(file.size()));
+    const Field sealed[] = {Field::magic,       Field::payloadLength, Field::headerVersion,
+                            Field::reserved101, Field::fixed134,      Field::crc};
+    FieldValues values;
+    for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
+        if (std::find(std::begin(sealed), std::end(sealed), info.field) != std::end(sealed))
+            continue;
+        for (int element = 0; element < info.elementCount(); ++element)
+            values.append({info.field, record.value(info.field, element), element});
+    }
     return values;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // The configuration files the load tests read, built field by field from values written out
-// here, never from what the editor itself would save.
+// here or read from tests/data, never from what the editor itself would save.
 
 #include "configrecord.h"
 
@@ -20,7 +20,7 @@ Q_DECLARE_METATYPE(FieldValue)
 
 using FieldValues = QList<FieldValue>;
 
-// What an untouched window saves: the start values of every control.
+// What an untouched window saves (tests/data/untouched-form.bin), field by field.
 FieldValues untouchedFormValues();
 
 // Every control changed from its start value, with the gimbal remote control, the external

@@ -2,7 +2,6 @@
 // layout and spacer, with texts, item lists, ranges, start values, enabled flags and focus order.
 // Every expected value below is written out by hand; nothing is read back from the form file.
 
-#include "consolecapture.h"
 #include "mainwindow.h"
 
 #include <QCheckBox>
@@ -10,6 +9,7 @@
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
@@ -274,8 +274,8 @@ private slots:
     void initTestCase();
     void cleanupTestCase();
 
-    void constructionRunsNoRule();
     void frame();
+    void buttonRow();
     void tabs_data();
     void tabs();
     void controls_data();
@@ -326,14 +326,6 @@ void TestPages::cleanupTestCase()
     m_window.reset();
 }
 
-void TestPages::constructionRunsNoRule()
-{
-    ConsoleCapture console;
-    MainWindow window;
-    QCOMPARE(console.all(), QStringList());
-    QCOMPARE(console.unterminated(), QString());
-}
-
 void TestPages::frame()
 {
     QCOMPARE(m_window->objectName(), QString("MainWindow"));
@@ -344,6 +336,11 @@ void TestPages::frame()
     QVERIFY(central);
     QCOMPARE(m_window->centralWidget(), central);
     QCOMPARE(central->metaObject()->className(), "QWidget");
+    auto *grid = qobject_cast<QGridLayout *>(central->layout());
+    QVERIFY(grid);
+    QCOMPARE(grid->objectName(), QString("gridLayout_10"));
+    QCOMPARE(grid->spacing(), 6);
+    QCOMPARE(grid->contentsMargins(), QMargins(11, 11, 11, 11));
 
     auto *menuBar = find<QMenuBar>("menuBar");
     QVERIFY(menuBar);
@@ -376,9 +373,40 @@ void TestPages::frame()
     auto *tabs = find<QTabWidget>("tabWidget");
     QVERIFY(tabs);
     QVERIFY(ownEnabledFlag(tabs));
+    QVERIFY(tabs->isEnabled());
+    QCOMPARE(grid->itemAtPosition(0, 0)->widget(), tabs);
     QCOMPARE(tabs->minimumSize(), QSize(0, 0));
     QCOMPARE(tabs->currentIndex(), 0);
     QCOMPARE(tabs->currentWidget()->objectName(), QString("tab_5"));
+}
+
+void TestPages::buttonRow()
+{
+    MainWindow window;
+    auto *grid = qobject_cast<QGridLayout *>(window.centralWidget()->layout());
+    auto *row = qobject_cast<QHBoxLayout *>(grid->itemAtPosition(1, 0)->layout());
+    QVERIFY(row);
+    QCOMPARE(row->objectName(), QStringLiteral("horizontalLayout_2"));
+    QCOMPARE(row->spacing(), 6);
+    QCOMPARE(row->count(), 3);
+
+    // A spacer first pushes both buttons to the right-hand end: load left of save.
+    QSpacerItem *spacer = row->itemAt(0)->spacerItem();
+    QVERIFY(spacer);
+    QCOMPARE(spacer->sizeHint(), QSize(40, 20));
+    QCOMPARE(spacer->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+    QCOMPARE(spacer->sizePolicy().verticalPolicy(), QSizePolicy::Minimum);
+
+    auto *load = qobject_cast<QPushButton *>(row->itemAt(1)->widget());
+    auto *save = qobject_cast<QPushButton *>(row->itemAt(2)->widget());
+    QVERIFY(load && save);
+    QCOMPARE(load->objectName(), QStringLiteral("btnReadConf"));
+    QCOMPARE(save->objectName(), QStringLiteral("btnSetConf"));
+
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(load->geometry().right() < save->geometry().left());
+    QCOMPARE(save->geometry().right(), window.centralWidget()->width() - 1 - 11);
 }
 
 void TestPages::tabs_data()

@@ -1,19 +1,12 @@
 #include "formstate.h"
 
+#include "controllookup.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QStackedWidget>
 
 namespace {
-
-template <typename Control> const Control &control(const QWidget &window, const QString &name)
-{
-    const auto *found = window.findChild<const Control *>(name);
-    if (found == nullptr)
-        qFatal("The form has no %s named %s", Control::staticMetaObject.className(),
-               qPrintable(name));
-    return *found;
-}
 
 QString checkStateText(Qt::CheckState state)
 {
@@ -53,12 +46,12 @@ QStringList statesLike(const QWidget &window, const QStringList &expected)
     QStringList actual;
     for (const QString &line : expected) {
         const QString name = line.section(QStringLiteral(": "), 0, 0);
-        actual << name + QStringLiteral(": ") + stateOf(control<QWidget>(window, name));
+        actual << name + QStringLiteral(": ") + stateOf(controlNamed<QWidget>(window, name));
     }
     return actual;
 }
 
 int currentIndexOf(const QWidget &window, const QString &comboBox)
 {
-    return control<QComboBox>(window, comboBox).currentIndex();
+    return controlNamed<QComboBox>(window, comboBox).currentIndex();
 }

@@ -8,6 +8,8 @@
 #include "formprobe.h"
 #include "mainwindow.h"
 #include "modalanswerer.h"
+#include "recorddiff.h"
+#include "untouchedform.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -31,39 +33,6 @@
 namespace {
 
 const QString kVersionLine = QStringLiteral("header version: 20180601");
-
-// What the form as it opens saves: every setting at its start-up value, checksum 23154 (5A72).
-QByteArray untouchedFormFile()
-{
-    return QByteArray::fromHex(
-        "434F4E46 99000000 79EE3301"               // "CONF", payload 153, version 20180601
-        "B002B002B002B002B002B002B002B002B002B002" // triggerLow: 688 in all 20 elements
-        "B002B002B002B002B002B002B002B002B002B002"
-        "5605560556055605560556055605560556055605" // triggerHigh: 1366 in all 20 elements
-        "5605560556055605560556055605560556055605"
-        "00 00"             // extension ports 0 and 1: "None (default)"
-        "00000000"          // frame skip "0"
-        "00 00 00"          // trigger pin mode, auto FFC, frame mode
-        "00"                // reserved
-        "00"                // overlay start state
-        "00 00"             // isotherm start state, switch mode
-        "0F00 2200 2800"    // isotherm thresholds 15, 34, 40
-        "00 02 00"          // gimbal RC, GPS receiver, external shutter
-        "20030000"          // shutter heating 800
-        "E8030000"          // heatcycle 1000
-        "00000000"          // offset 0.00
-        "78000000"          // shutter interval 120
-        "00000000"          // opt5
-        "00000040 00000000" // the format's fixed 64-bit constant
-        "E8030000"          // 1000 frames per file
-        "03 00 05 00"       // SBUS colour map, its switch mode, FFC, isotherms
-        "10 10 10"          // SBUS isotherm thresholds: "Deactivated"
-        "01 04 02 00"       // SBUS overlay, trigger, zoom, zoom mode
-        "00"                // spare
-        "00960000"          // 38400 baud
-        "00 01 01"          // parity none, 1 stop bit, inverted
-        "725A");            // CRC 23154
-}
 
 // The device's CRC-16, bit by bit: reflected polynomial C599, register starting at 0, data bits
 // least significant first.
@@ -97,28 +66,6 @@ QString crcLine(const QByteArray &file)
 {
     return QStringLiteral("CRC read: %1").arg(referenceCrc(file.left(165)));
 }
-
-// Names the first differing offset, which a plain comparison of 167 bytes would not.
-QString differenceBetween(const QByteArray &actual, const QByteArray &expected)
-{
-    for (int i = 0; i < qMin(actual.size(), expected.size()); ++i) {
-        if (actual[i] != expected[i]) {
-            return QStringLiteral("offset %1: %2, expected %3")
-                .arg(i)
-                .arg(quint8(actual[i]), 2, 16, QLatin1Char('0'))
-                .arg(quint8(expected[i]), 2, 16, QLatin1Char('0'));
-        }
-    }
-    if (actual.size() != expected.size())
-        return QStringLiteral("size %1, expected %2").arg(actual.size()).arg(expected.size());
-    return {};
-}
-
-#define COMPARE_BYTES(actual, expected)                                                            \
-    do {                                                                                           \
-        const QString difference = differenceBetween(actual, expected);                            \
-        QVERIFY2(difference.isEmpty(), qPrintable(difference));                                    \
-    } while (false)
 
 QByteArray contentsOf(const QString &path)
 {

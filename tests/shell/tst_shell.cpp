@@ -1,17 +1,12 @@
-// The application shell: the window frame, the MainWindow meta-object and the process itself.
+// The application shell: start-up prints nothing, the MainWindow meta-object and the process
+// itself. The window's widgets, its frame and tabs included, belong to tst_pages.
 
 #include "consolecapture.h"
 #include "mainwindow.h"
 
 #include <QCheckBox>
-#include <QGridLayout>
-#include <QHBoxLayout>
-#include <QMenuBar>
 #include <QMetaMethod>
 #include <QProcess>
-#include <QPushButton>
-#include <QStatusBar>
-#include <QTabWidget>
 #include <QtTest>
 
 namespace {
@@ -49,16 +44,12 @@ EditorRun runEditor(const QProcessEnvironment &environment)
 
 } // namespace
 
-class ShellTest : public QObject
+class TestShell : public QObject
 {
     Q_OBJECT
 
 private slots:
     void constructionPrintsNothing();
-    void frame();
-    void tabs_data();
-    void tabs();
-    void buttonRow();
     void metaObject_data();
     void metaObject();
     void metaObjectHasNothingElse();
@@ -68,7 +59,7 @@ private slots:
     void processExitsWithEventLoopResult();
 };
 
-void ShellTest::constructionPrintsNothing()
+void TestShell::constructionPrintsNothing()
 {
     ConsoleCapture console;
     MainWindow window;
@@ -78,105 +69,7 @@ void ShellTest::constructionPrintsNothing()
     QCOMPARE(console.unterminated(), QString());
 }
 
-void ShellTest::frame()
-{
-    MainWindow window;
-    QCOMPARE(window.objectName(), QStringLiteral("MainWindow"));
-    QCOMPARE(window.windowTitle(), QStringLiteral("Lumarex 2.0 - Configuration- v1.9.1"));
-    QCOMPARE(window.size(), QSize(803, 567));
-
-    auto *central = window.centralWidget();
-    QCOMPARE(central->objectName(), QStringLiteral("centralWidget"));
-    auto *grid = qobject_cast<QGridLayout *>(central->layout());
-    QVERIFY(grid);
-    QCOMPARE(grid->objectName(), QStringLiteral("gridLayout_10"));
-    QCOMPARE(grid->spacing(), 6);
-    QCOMPARE(grid->contentsMargins(), QMargins(11, 11, 11, 11));
-
-    auto *tabs = window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
-    QVERIFY(tabs);
-    QCOMPARE(grid->indexOf(tabs), grid->indexOf(grid->itemAtPosition(0, 0)->widget()));
-    QCOMPARE(tabs->currentIndex(), 0);
-    QCOMPARE(tabs->minimumSize(), QSize(0, 0));
-    QVERIFY(tabs->isEnabled());
-
-    QCOMPARE(window.menuBar()->objectName(), QStringLiteral("menuBar"));
-    QCOMPARE(window.menuBar()->geometry(), QRect(0, 0, 803, 21));
-    QVERIFY(window.menuBar()->actions().isEmpty());
-    QCOMPARE(window.statusBar()->objectName(), QStringLiteral("statusBar"));
-    QCOMPARE(window.statusBar()->currentMessage(), QString());
-}
-
-void ShellTest::tabs_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("0") << 0 << "tab_5"
-                       << "Periphery";
-    QTest::newRow("1") << 1 << "tab_4"
-                       << "Trigger";
-    QTest::newRow("2") << 2 << "tabSerial"
-                       << "GPS/Serial";
-    QTest::newRow("3") << 3 << "tab_SBUS"
-                       << "SBUS/PPM";
-    QTest::newRow("4") << 4 << "tab_3"
-                       << "Extensions";
-    QTest::newRow("5") << 5 << "Isotherms"
-                       << "Isotherms";
-    QTest::newRow("6") << 6 << "tab_Overlay"
-                       << "Overlay";
-    QTest::newRow("7") << 7 << "tab_2"
-                       << "Recording Options";
-}
-
-void ShellTest::tabs()
-{
-    QFETCH(int, index);
-    QFETCH(QString, page);
-    QFETCH(QString, text);
-    MainWindow window;
-    auto *tabs = window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
-    QCOMPARE(tabs->count(), 8);
-    QCOMPARE(tabs->widget(index)->objectName(), page);
-    QCOMPARE(tabs->tabText(index), text);
-}
-
-void ShellTest::buttonRow()
-{
-    MainWindow window;
-    auto *grid = qobject_cast<QGridLayout *>(window.centralWidget()->layout());
-    auto *row = qobject_cast<QHBoxLayout *>(grid->itemAtPosition(1, 0)->layout());
-    QVERIFY(row);
-    QCOMPARE(row->objectName(), QStringLiteral("horizontalLayout_2"));
-    QCOMPARE(row->spacing(), 6);
-    QCOMPARE(row->count(), 3);
-
-    // A spacer first pushes both buttons to the right-hand end: load left of save.
-    QSpacerItem *spacer = row->itemAt(0)->spacerItem();
-    QVERIFY(spacer);
-    QCOMPARE(spacer->sizeHint(), QSize(40, 20));
-    QCOMPARE(spacer->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
-    QCOMPARE(spacer->sizePolicy().verticalPolicy(), QSizePolicy::Minimum);
-
-    auto *load = qobject_cast<QPushButton *>(row->itemAt(1)->widget());
-    auto *save = qobject_cast<QPushButton *>(row->itemAt(2)->widget());
-    QVERIFY(load && save);
-    QCOMPARE(load->objectName(), QStringLiteral("btnReadConf"));
-    QCOMPARE(load->text(), QStringLiteral("Read from file"));
-    QCOMPARE(save->objectName(), QStringLiteral("btnSetConf"));
-    QCOMPARE(save->text(), QStringLiteral("Write to file"));
-    QCOMPARE(save->toolTip(), QString());
-    QCOMPARE(row->stretch(1), 0);
-    QCOMPARE(row->stretch(2), 0);
-
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QVERIFY(load->geometry().right() < save->geometry().left());
-    QCOMPARE(save->geometry().right(), window.centralWidget()->width() - 1 - 11);
-}
-
-void ShellTest::metaObject_data()
+void TestShell::metaObject_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QByteArray>("signature");
@@ -196,7 +89,7 @@ void ShellTest::metaObject_data()
                              << QByteArrayList{"arg1"};
 }
 
-void ShellTest::metaObject()
+void TestShell::metaObject()
 {
     QFETCH(int, index);
     QFETCH(QByteArray, signature);
@@ -210,7 +103,7 @@ void ShellTest::metaObject()
     QCOMPARE(method.parameterNames(), parameterNames);
 }
 
-void ShellTest::metaObjectHasNothingElse()
+void TestShell::metaObjectHasNothingElse()
 {
     const QMetaObject &meta = MainWindow::staticMetaObject;
     QCOMPARE(meta.className(), "MainWindow");
@@ -222,7 +115,7 @@ void ShellTest::metaObjectHasNothingElse()
     QCOMPARE(meta.constructorCount(), 0);
 }
 
-void ShellTest::metaCast()
+void TestShell::metaCast()
 {
     MainWindow window;
     QCOMPARE(window.qt_metacast("MainWindow"), static_cast<void *>(&window));
@@ -233,7 +126,7 @@ void ShellTest::metaCast()
     QCOMPARE(window.metaObject(), &MainWindow::staticMetaObject);
 }
 
-void ShellTest::gimbalSlotRunsTwicePerChange()
+void TestShell::gimbalSlotRunsTwicePerChange()
 {
     MainWindow window;
     auto *gimbal = window.findChild<QCheckBox *>(QStringLiteral("cbPeripheryGimbalrc"));
@@ -243,7 +136,7 @@ void ShellTest::gimbalSlotRunsTwicePerChange()
     QCOMPARE(gimbalLines, QStringList({"on cb gimbalrc 2", "on cb gimbalrc 2"}));
 }
 
-void ShellTest::processExitsWithEventLoopResult_data()
+void TestShell::processExitsWithEventLoopResult_data()
 {
     QTest::addColumn<QString>("exitCodeSetting");
     QTest::addColumn<int>("exitCode");
@@ -251,7 +144,7 @@ void ShellTest::processExitsWithEventLoopResult_data()
     QTest::newRow("loop ended with 7") << QStringLiteral("7") << 7;
 }
 
-void ShellTest::processExitsWithEventLoopResult()
+void TestShell::processExitsWithEventLoopResult()
 {
     QFETCH(QString, exitCodeSetting);
     QFETCH(int, exitCode);
@@ -266,5 +159,5 @@ void ShellTest::processExitsWithEventLoopResult()
     QCOMPARE(withoutToolkitNotices(QString::fromLocal8Bit(run.err)), QStringList());
 }
 
-QTEST_MAIN(ShellTest)
+QTEST_MAIN(TestShell)
 #include "tst_shell.moc"

@@ -1,7 +1,9 @@
 #include "markdownsections.h"
 
+#include "controlstable.h"
 #include "crc16.h"
 #include "fielddocs.h"
+#include "formfields.h"
 
 #include <cctype>
 #include <cstdio>
@@ -58,7 +60,7 @@ std::string defaultCell(const lumarex::ConfigRecord &record, const FieldInfo &in
     case FieldType::I32:
         return std::to_string(record.signedValue(info.field));
     case FieldType::U16x20:
-        // defaultRecord() stores one value in every element.
+        // The form has one control per array, saved into every element.
         return std::to_string(record.value(info.field)) + " in each";
     case FieldType::Bytes8:
         return hexBytes(bytes, info.width);
@@ -81,7 +83,7 @@ std::string hexOffset(int offset)
 
 std::string layoutTable()
 {
-    const lumarex::ConfigRecord defaults = defaultRecord();
+    const lumarex::ConfigRecord defaults = lumarex::untouchedFormRecord();
     std::string table = "| Offset | Hex | Width | Type | Field | Meaning | Default |\n"
                         "|---:|---:|---:|---|---|---|---:|\n";
     for (const FieldInfo &info : lumarex::fieldTable()) {
@@ -155,7 +157,8 @@ std::vector<Section> generatedSections()
 {
     return {
         {"LAYOUT", layoutTable()},
-        {"DEFAULT FILE", hexDump(defaultRecord().bytes())},
+        {"CONTROLS", controlsTable()},
+        {"DEFAULT FILE", hexDump(lumarex::untouchedFormRecord().bytes())},
         {"CHECK VALUES", checkValuesTable()},
     };
 }

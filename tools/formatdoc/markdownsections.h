@@ -1,7 +1,8 @@
 #pragma once
 
 // The generated parts of docs/file-format.md, rendered from the field table, the field
-// descriptions and the checksum routine, so that the reference cannot drift from the code.
+// descriptions, the form's generated table and the checksum routine, so that the reference cannot
+// drift from the code.
 
 #include "configrecord.h"
 #include "markerblocks.h"
@@ -20,7 +21,8 @@ std::string hexDump(const lumarex::RecordBytes &bytes);
 // CHECK VALUES: the checksum of a few inputs, as the library computes it.
 std::string checkValuesTable();
 
-// LAYOUT, DEFAULT FILE (the hex dump of the untouched editor's file) and CHECK VALUES.
+// LAYOUT, CONTROLS, DEFAULT FILE (the hex dump of the untouched editor's file) and CHECK
+// VALUES.
 std::vector<Section> generatedSections();
 
 } // namespace formatdoc

@@ -6,7 +6,7 @@
 
 #include <QtTest>
 
-class ChecksumMembersTest : public QObject
+class TestChecksumMembers : public QObject
 {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ private slots:
     void crcUpdateIsSilent();
 };
 
-void ChecksumMembersTest::calcCrc_data()
+void TestChecksumMembers::calcCrc_data()
 {
     QTest::addColumn<QByteArray>("data");
     QTest::addColumn<int>("length");
@@ -35,7 +35,7 @@ void ChecksumMembersTest::calcCrc_data()
         << QByteArray("123456789") << 2 << 32478 << "CRC read: 32478";
 }
 
-void ChecksumMembersTest::calcCrc()
+void TestChecksumMembers::calcCrc()
 {
     QFETCH(QByteArray, data);
     QFETCH(int, length);
@@ -51,7 +51,7 @@ void ChecksumMembersTest::calcCrc()
     QCOMPARE(console.unterminated(), QString());
 }
 
-void ChecksumMembersTest::foldingCrcUpdateGivesCalcCrc_data()
+void TestChecksumMembers::foldingCrcUpdateGivesCalcCrc_data()
 {
     QTest::addColumn<QByteArray>("data");
     QTest::addColumn<int>("checksum");
@@ -60,7 +60,7 @@ void ChecksumMembersTest::foldingCrcUpdateGivesCalcCrc_data()
     QTest::newRow("leading zeros") << QByteArray::fromHex("00000001") << 2280;
 }
 
-void ChecksumMembersTest::foldingCrcUpdateGivesCalcCrc()
+void TestChecksumMembers::foldingCrcUpdateGivesCalcCrc()
 {
     QFETCH(QByteArray, data);
     QFETCH(int, checksum);
@@ -71,7 +71,7 @@ void ChecksumMembersTest::foldingCrcUpdateGivesCalcCrc()
     QCOMPARE(int(folded), checksum);
 }
 
-void ChecksumMembersTest::crcUpdateIsSilent()
+void TestChecksumMembers::crcUpdateIsSilent()
 {
     MainWindow window;
     ConsoleCapture console;
@@ -82,5 +82,5 @@ void ChecksumMembersTest::crcUpdateIsSilent()
     QCOMPARE(console.unterminated(), QString());
 }
 
-QTEST_MAIN(ChecksumMembersTest)
+QTEST_MAIN(TestChecksumMembers)
 #include "tst_checksummembers.moc"
