@@ -236,19 +236,33 @@ void describeLoad(const FieldInfo &info, const ControlFacts &facts, Lines &lines
         lines.push_back("  Read from file: not restored; the box keeps what it shows");
 }
 
+// What the editor does with a field no control shows: whether "Read from file" refuses a file
+// that changes it (tried on the untouched form's file, so the editor's verdict decides), and
+// what "Write to file" puts there.
+std::string uncontrolledText(const FieldInfo &info)
+{
+    const ConfigRecord fresh = EditorModel().save();
+    ConfigRecord changed = fresh;
+    changed.data()[info.offset] ^= 0xFF;
+    if (info.field != Field::crc)
+        changed.setValue(Field::crc, changed.computedChecksum());
+    const bool checked = editorVerdict(changed) != Verdict::Accepted;
+    const std::string saves = info.field == Field::crc ? "the checksum of bytes 0 to " +
+                                                             std::to_string(kChecksummedSize - 1)
+                                                       : storedText(fresh, info.field);
+    return std::string(checked ? "Read from file refuses a file where it differs"
+                               : "Read from file ignores it") +
+           "; Write to file saves " + saves;
+}
+
 void explainField(const FieldInfo &info, Lines &lines)
 {
     const FormField *pairing = formFieldOf(info.field);
     const ControlFacts *facts = pairing ? findControl(pairing->control) : nullptr;
     if (!facts) {
-        const ConfigRecord fresh = EditorModel().save();
         lines.push_back(std::string(info.name) + ": not in the window");
         lines.push_back("  file: " + placeText(info));
-        lines.push_back(info.field == Field::crc
-                            ? "  the editor saves the checksum of bytes 0 to " +
-                                  std::to_string(kChecksummedSize - 1)
-                            : "  the editor saves " + storedText(fresh, info.field) +
-                                  " and reads nothing from it but the checks of the header");
+        lines.push_back("  " + uncontrolledText(info));
         return;
     }
     lines.push_back(std::string(info.name) + ": " + quoted(facts->caption) + " on page " +
@@ -288,17 +302,20 @@ std::string folded(std::string_view text)
     return out;
 }
 
-const FieldInfo *fieldNamed(std::string_view name)
+// Every field the name means: a field or control name, or a caption (which two controls may
+// share, as the trigger thresholds share theirs).
+std::vector<const FieldInfo *> fieldsNamed(std::string_view name)
 {
     const std::string wanted = folded(name);
+    std::vector<const FieldInfo *> found;
     for (const FieldInfo &info : fieldTable()) {
         const FormField *pairing = formFieldOf(info.field);
         const ControlFacts *facts = pairing ? findControl(pairing->control) : nullptr;
         if (folded(info.name) == wanted ||
             (facts && (folded(facts->objectName) == wanted || folded(facts->caption) == wanted)))
-            return &info;
+            found.push_back(&info);
     }
-    return nullptr;
+    return found;
 }
 
 const ControlFacts *controlOfField(const FieldInfo &info)
@@ -307,7 +324,7 @@ const ControlFacts *controlOfField(const FieldInfo &info)
     return pairing ? findControl(pairing->control) : nullptr;
 }
 
-// Position of a field's control in the form's own order, for grouping by page.
+// Position of a field's control in the form's own order (its keyboard focus order).
 std::size_t formPosition(const ControlFacts &facts)
 {
     return static_cast<std::size_t>(&facts - formControls());
@@ -319,11 +336,9 @@ Explanation explain(std::optional<std::string_view> name)
 {
     Explanation explanation;
     if (name) {
-        const FieldInfo *info = fieldNamed(*name);
-        if (!info)
-            return explanation;
-        explanation.found = true;
-        explainField(*info, explanation.lines);
+        for (const FieldInfo *info : fieldsNamed(*name))
+            explainField(*info, explanation.lines);
+        explanation.found = !explanation.lines.empty();
         return explanation;
     }
     explanation.found = true;
