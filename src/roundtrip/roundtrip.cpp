@@ -54,7 +54,7 @@ std::string originText(const ControlValue &control)
         return "keeps what the " + std::string(control.origin.rule->name) + " preset";
     case Origin::Kind::Restore: {
         const RestoreStep &step = restoreSteps()[control.origin.step - 1];
-        return "holds " + std::string(fieldInfo(step.field).name) + ", restored after it";
+        return "holds " + std::string(fieldInfo(step.field).name) + ", restored into it afterwards";
     }
     }
     return {};
@@ -77,22 +77,21 @@ Cause conversionLoss(const RestoreStep &step, const ControlValue &box, const Con
     const ControlFacts &facts = *box.facts;
     switch (step.how) {
     case Restore::Index:
-        return {Why::NoItem, "no item " + std::to_string(record.value(step.field)) + " in the " +
-                                 std::to_string(facts.itemCount) +
-                                 "-item list: the box shows no item and saves 255"};
+        return {Why::NoItem, "the list has items 0 to " + std::to_string(facts.itemCount - 1) +
+                                 "; the box shows none and saves 255"};
     case Restore::Check:
-        return {Why::Converted, "a check box saves only 0 or 1"};
+        return {Why::Converted, "a check box saves 1 for any value but 0"};
     case Restore::Value:
     case Restore::UnsignedValue:
     case Restore::TriggerSlot:
-        return {Why::Clamped, "clamped to the range " + rangeText(facts)};
+        return {Why::Clamped, "the box holds " + rangeText(facts)};
     case Restore::Hundredths: {
         const std::uint32_t stored = record.value(step.field);
         if (record.signedValue(step.field) < 0)
             return {Why::Clamped, "read back unsigned as " + realText(stored / 100.0, 2) +
-                                      ", clamped to the range " + rangeText(facts)};
+                                      "; the box holds " + rangeText(facts)};
         if (esoOffsetFromField(stored) > facts.maximum)
-            return {Why::Clamped, "clamped to the range " + rangeText(facts)};
+            return {Why::Clamped, "the box holds " + rangeText(facts)};
         return {Why::Converted,
                 "the box shows " + shownText(box) + ", saved in hundredths cut toward zero"};
     }
@@ -111,47 +110,50 @@ Cause whyChanged(Field field, const EditorModel &model, const ControlValue &box,
     int number = 0;
     const RestoreStep *step = restoreStepOf(field, &number);
     if (!step)
-        return {keptWhy(box, Why::NotRestored), "not restored: the box " + originText(box)};
+        return {keptWhy(box, Why::NotRestored),
+                "Read from file does not restore this box; it " + originText(box)};
     if (step->control != box.facts->objectName) {
         const ControlFacts &other = *model.control(step->control).facts;
-        return {keptWhy(box, Why::AnotherBox), "restored into another box, \"" +
+        return {keptWhy(box, Why::AnotherBox), "the value goes into \"" +
                                                    std::string(other.caption) + "\"; this box " +
                                                    originText(box)};
     }
     switch (model.outcome(number)) {
     case StepOutcome::NoMatch:
         return {keptWhy(box, Why::NoItem),
-                "no item for the stored " +
-                    std::string(step->how == Restore::NumberText ? "number" : "mode code") +
-                    ": the box " + originText(box)};
+                std::string(step->how == Restore::NumberText ? "no item reads "
+                                                             : "no item has mode code ") +
+                    std::to_string(record.value(field)) + "; the box " + originText(box)};
     case StepOutcome::Skipped:
         return {keptWhy(box, Why::NotRestored),
-                "not restored: trigger channel " +
-                    std::to_string(record.value(Field::sbusTrigger)) + " is past the " +
-                    std::to_string(kTriggerSlots) + " stored slots; the box " + originText(box)};
+                "trigger channel " + std::to_string(record.value(Field::sbusTrigger)) +
+                    " is past the " + std::to_string(kTriggerSlots) +
+                    " stored slots, so the box is not set; it " + originText(box)};
     case StepOutcome::NotRun:
     case StepOutcome::Set:
         break;
     }
     if (box.origin.kind == Origin::Kind::Restore && box.origin.step != number)
-        return {Why::AnotherBox, "restored into another box: " + originText(box)};
+        return {Why::AnotherBox, "the box " + originText(box)};
     if (box.origin.kind == Origin::Kind::Rule)
         return {Why::PresetByRule, "the box " + originText(box)};
     return conversionLoss(*step, box, record);
 }
 
-std::string elementList(const std::vector<int> &elements)
+// "5 in element 0, 700 in elements 1-3": the elements' values, runs of equal neighbours joined.
+std::string valuesIn(const ConfigRecord &record, Field field, const std::vector<int> &elements)
 {
     std::string text;
     for (std::size_t i = 0; i < elements.size(); ++i) {
+        const std::uint32_t value = record.value(field, elements[i]);
         std::size_t last = i;
-        while (last + 1 < elements.size() && elements[last + 1] == elements[last] + 1)
+        while (last + 1 < elements.size() && elements[last + 1] == elements[last] + 1 &&
+               record.value(field, elements[last + 1]) == value)
             ++last;
-        if (!text.empty())
-            text += ", ";
-        text += std::to_string(elements[i]);
-        if (last > i)
-            text += "-" + std::to_string(elements[last]);
+        text += (text.empty() ? "" : ", ") + std::to_string(value) +
+                (last > i ? " in elements " + std::to_string(elements[i]) + "-" +
+                                std::to_string(elements[last])
+                          : " in element " + std::to_string(elements[i]));
         i = last;
     }
     return text;
@@ -163,18 +165,16 @@ void findArrayLosses(Field field, const EditorModel &model, const ConfigRecord &
     const FormField &pairing = *formFieldOf(field);
     const ControlValue &box = model.control(pairing.control);
     const auto slot = static_cast<int>(record.value(Field::sbusTrigger));
-    const std::uint32_t savedValue = saved.value(field);
-    if (slot < kTriggerSlots && record.value(field, slot) != savedValue) {
-        Cause verdict = whyChanged(field, model, box, record);
-        findings.push_back(
-            {field, verdict.why,
-             "element " + std::to_string(slot) + " = " + std::to_string(record.value(field, slot)),
-             shownText(box), std::to_string(savedValue), verdict.reason});
-    }
-    // Past the stored slots nothing is restored; otherwise only the selected slot is shown, and
-    // every other slot that holds another value is lost.
+    const std::string savedText = std::to_string(saved.value(field)) + " in every element";
+    // Past the stored slots nothing is restored; otherwise only the slot of the trigger channel
+    // is shown, and every other slot that holds another value is lost.
     const bool restored = slot < kTriggerSlots;
-    const std::uint32_t shownValue = restored ? record.value(field, slot) : savedValue;
+    const std::uint32_t shownValue = restored ? record.value(field, slot) : saved.value(field);
+    if (restored && shownValue != saved.value(field)) {
+        const Cause cause = whyChanged(field, model, box, record);
+        findings.push_back({field, cause.why, valuesIn(record, field, {slot}), shownText(box),
+                            savedText, cause.reason});
+    }
     std::vector<int> lost;
     for (int element = 0; element < kTriggerSlots; ++element) {
         if (element != slot && record.value(field, element) != shownValue)
@@ -183,16 +183,15 @@ void findArrayLosses(Field field, const EditorModel &model, const ConfigRecord &
     if (lost.empty())
         return;
     if (!restored) {
-        Cause cause = whyChanged(field, model, box, record);
-        findings.push_back({field, cause.why, "elements " + elementList(lost), shownText(box),
-                            std::to_string(savedValue), cause.reason});
+        const Cause cause = whyChanged(field, model, box, record);
+        findings.push_back({field, cause.why, valuesIn(record, field, lost), shownText(box),
+                            savedText, cause.reason});
         return;
     }
-    findings.push_back(
-        {field, Why::NoControl, "other values in elements " + elementList(lost),
-         "only element " + std::to_string(slot) + ", the trigger channel's",
-         "every element " + std::to_string(savedValue),
-         "the form has one threshold for all " + std::to_string(kTriggerSlots) + " slots"});
+    findings.push_back({field, Why::NoControl, valuesIn(record, field, lost),
+                        shownText(box) + " (element " + std::to_string(slot) + ")", savedText,
+                        "one box serves all " + std::to_string(kTriggerSlots) +
+                            " slots and shows the trigger channel's"});
 }
 
 } // namespace
@@ -232,9 +231,9 @@ std::vector<Finding> strictFindings(const RecordBytes &bytes)
         if (record.value64(info.field) == saved.value64(info.field))
             continue;
         if (!pairing) {
-            findings.push_back({info.field, Why::NoControl, storedText(record, info.field), "-",
-                                storedText(saved, info.field),
-                                "no control shows it; the editor writes its own value"});
+            findings.push_back({info.field, Why::NoControl, storedText(record, info.field),
+                                "nothing", storedText(saved, info.field),
+                                "Read from file ignores it and Write to file saves its own"});
             continue;
         }
         const ControlValue &box = model.control(pairing->control);

@@ -290,22 +290,36 @@ void TestRoundTrip::quirks()
 void TestRoundTrip::findingLine()
 {
     const RecordBytes record =
-        withChanges(m_untouched, {{Field::esoOffset, static_cast<std::uint32_t>(-125)},
+        withChanges(m_untouched, {{Field::triggerLow, 5, 0},
+                                  {Field::isothermSwitchMode, 1},
                                   {Field::gpsReceiver, 9},
-                                  {Field::sbusColorMapSwitchMode, 1}});
+                                  {Field::esoOffset, static_cast<std::uint32_t>(-125)},
+                                  {Field::sbusColorMapSwitchMode, 1},
+                                  {Field::serialBaudrate, 12345}});
     QStringList lines;
     for (const auto &finding : lumarex::roundtrip::strictFindings(record))
         lines << QString::fromStdString(finding.text());
     QCOMPARE(lines,
-             QStringList({"gpsReceiver (offset 112): stored 9, shown no item, saved back 255; no "
-                          "item: no item 9 in the 4-item list: the box shows no item and saves "
-                          "255",
-                          "esoOffset (offset 122): stored -125, shown 10.00, saved back 1000; "
-                          "clamped to the range: read back unsigned as 42949671.71, clamped to "
-                          "the range -10.00 to 10.00",
-                          "sbusColorMapSwitchMode (offset 147): stored 1, shown \"high/low "
-                          "(default)\", saved back 0; not restored: not restored: the box keeps "
-                          "its start value"}));
+             QStringList({
+                 "triggerLow (offset 12): stored 5 in element 0, shown 688 (element 4), saved "
+                 "back 688 in every element; no control shows it: one box serves all 20 slots "
+                 "and shows the trigger channel's",
+                 "isothermState (offset 103): stored 0, shown \"ON\", saved back 1; restored "
+                 "into another box: the box holds isothermSwitchMode, restored into it "
+                 "afterwards",
+                 "isothermSwitchMode (offset 104): stored 1, shown \"high/low (default)\", "
+                 "saved back 0; restored into another box: the value goes into \"Isotherm "
+                 "start state\"; this box keeps its start value",
+                 "gpsReceiver (offset 112): stored 9, shown no item, saved back 255; no item: "
+                 "the list has items 0 to 3; the box shows none and saves 255",
+                 "esoOffset (offset 122): stored -125, shown 10.00, saved back 1000; clamped to "
+                 "the range: read back unsigned as 42949671.71; the box holds -10.00 to 10.00",
+                 "sbusColorMapSwitchMode (offset 147): stored 1, shown \"high/low "
+                 "(default)\", saved back 0; not restored: Read from file does not restore "
+                 "this box; it keeps its start value",
+                 "serialBaudrate (offset 158): stored 12345, shown \"38400\", saved back "
+                 "38400; no item: no item reads 12345; the box keeps its start value",
+             }));
 }
 
 void TestRoundTrip::refusedFiles_data()
