@@ -47,13 +47,20 @@ void press(MainWindow &window, const char *button, const ModalAnswerer::Handler 
 
 EditorResave resaveInFreshWindow(const lumarex::RecordBytes &record)
 {
+    return resaveAfterLoads({record});
+}
+
+EditorResave resaveAfterLoads(const std::vector<lumarex::RecordBytes> &records)
+{
     SilencedConsole silenced;
     EditorResave resave;
     MainWindow window;
-    // The load reads a 1024-byte buffer; the record is its start.
-    unsigned char buffer[1024] = {};
-    std::copy(record.begin(), record.end(), buffer);
-    resave.outcome = window.restoreFromFileBytes(buffer);
+    for (const lumarex::RecordBytes &record : records) {
+        // The load reads a 1024-byte buffer; the record is its start.
+        unsigned char buffer[1024] = {};
+        std::copy(record.begin(), record.end(), buffer);
+        resave.outcome = window.restoreFromFileBytes(buffer);
+    }
     if (resave.outcome == MainWindow::LoadOutcome::Restored)
         resave.bytes = window.recordFromForm().bytes();
     return resave;

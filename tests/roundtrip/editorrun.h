@@ -6,6 +6,7 @@
 #include "mainwindow.h"
 
 #include <QString>
+#include <vector>
 
 struct EditorResave
 {
@@ -17,6 +18,10 @@ struct EditorResave
 // thousands of records. Only for records with the right magic and version: the version box
 // would wait for an answer.
 EditorResave resaveInFreshWindow(const lumarex::RecordBytes &record);
+// The same with several records loaded one after the other into one window before the save; the
+// outcome is the last load's. The later loads start from a form the earlier ones changed, so the
+// rules also run from checked to unchecked and between receivers.
+EditorResave resaveAfterLoads(const std::vector<lumarex::RecordBytes> &records);
 
 // As a user does it: the record in a file, "Read from file" and "Write to file" pressed with
 // their dialogs answered, the saved file read back. An empty result means a step failed.
