@@ -237,9 +237,9 @@ std::vector<Finding> strictFindings(const RecordBytes &bytes)
             continue;
         }
         const ControlValue &box = model.control(pairing->control);
-        Cause verdict = whyChanged(info.field, model, box, record);
-        findings.push_back({info.field, verdict.why, storedText(record, info.field), shownText(box),
-                            storedText(saved, info.field), verdict.reason});
+        const Cause cause = whyChanged(info.field, model, box, record);
+        findings.push_back({info.field, cause.why, storedText(record, info.field), shownText(box),
+                            storedText(saved, info.field), cause.reason});
     }
     return findings;
 }
