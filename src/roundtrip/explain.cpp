@@ -127,10 +127,24 @@ std::string actionText(const RuleAction &action, bool onThisControl)
     return {};
 }
 
+// The signal values a case answers: the items of a combo box by index and text, else the words
+// of the rule's data ("checked", "any other mode").
+std::string caseValues(const FormRule &rule, const RuleCase &ruleCase)
+{
+    const ControlFacts *source = findControl(rule.source);
+    if (rule.signal != RuleSignal::IndexChanged || ruleCase.valueCount == 0 || !source)
+        return std::string(ruleCase.when);
+    std::string text;
+    for (int v = 0; v < ruleCase.valueCount; ++v)
+        text += (v ? " or item " : "item ") + std::to_string(ruleCase.values[v]) + " " +
+                quoted(source->item(ruleCase.values[v]));
+    return text;
+}
+
 std::string whenText(const FormRule &rule, const RuleCase &ruleCase)
 {
     std::string text =
-        "when " + controlName(rule.source) + " becomes " + std::string(ruleCase.when);
+        "when " + controlName(rule.source) + " becomes " + caseValues(rule, ruleCase);
     if (!ruleCase.unlessChecked.empty())
         text += " (unless " + controlName(ruleCase.unlessChecked) + " is checked)";
     return text;
@@ -157,7 +171,7 @@ void describeRules(const ControlFacts &facts, Lines &lines)
             " on every change:");
         for (int c = 0; c < rule.caseCount; ++c) {
             const RuleCase &ruleCase = rule.cases[c];
-            std::string text = "    " + std::string(ruleCase.when) + ":";
+            std::string text = "    " + caseValues(rule, ruleCase) + ":";
             if (!ruleCase.unlessChecked.empty())
                 text += " unless " + controlName(ruleCase.unlessChecked) + " is checked,";
             for (int a = 0; a < ruleCase.actionCount; ++a)
