@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
+#include <unordered_map>
 #include <utility>
 
 namespace lumarex::roundtrip {
@@ -52,11 +53,18 @@ EditorModel::EditorModel()
 
 const ControlValue &EditorModel::control(std::string_view objectName) const
 {
-    for (const ControlValue &control : m_controls) {
-        if (control.facts->objectName == objectName)
-            return control;
-    }
-    throw std::out_of_range("no control " + std::string(objectName) + " in the form");
+    // Every restore step and rule action names its control; a map built once keeps the model
+    // from searching the form for each of them.
+    static const std::unordered_map<std::string_view, std::size_t> positions = [] {
+        std::unordered_map<std::string_view, std::size_t> made;
+        for (std::size_t i = 0; i < formControlCount(); ++i)
+            made.emplace(formControls()[i].objectName, i);
+        return made;
+    }();
+    const auto found = positions.find(objectName);
+    if (found == positions.end())
+        throw std::out_of_range("no control " + std::string(objectName) + " in the form");
+    return m_controls[found->second];
 }
 
 ControlValue &EditorModel::at(std::string_view objectName)
