@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 scripts/install-deps.sh build test asan fuzz valgrind
 scripts/build.sh -DLUMAREX_WERROR=ON
 ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
-# Hardening (README): the save and load tests under valgrind, each fuzz target for a minute,
+# Hardening (docs/testing.md): the save and load tests under valgrind, each fuzz target for a minute,
 # then the suite again under the sanitizers.
 scripts/valgrind.sh
 scripts/fuzz.sh

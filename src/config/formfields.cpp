@@ -84,16 +84,6 @@ std::uint32_t storedStart(Stored stored, const ControlFacts &control)
 
 } // namespace
 
-const ControlFacts *findControl(std::string_view objectName)
-{
-    const ControlFacts *end = formControls() + formControlCount();
-    const ControlFacts *found =
-        std::find_if(formControls(), end, [objectName](const ControlFacts &control) {
-            return control.objectName == objectName;
-        });
-    return found == end ? nullptr : found;
-}
-
 const FormField *formFields()
 {
     return kFormFields;

@@ -4,7 +4,9 @@
 #include "configrecord.h"
 #include "conversions.h"
 #include "crc16.h"
+#include "editorverdict.h"
 #include "recorddiff.h"
+#include "untouchedform.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -18,6 +20,7 @@ using lumarex::ConfigRecord;
 using lumarex::Field;
 using lumarex::FieldType;
 
+Q_DECLARE_METATYPE(lumarex::Verdict)
 Q_DECLARE_METATYPE(lumarex::Field)
 Q_DECLARE_METATYPE(lumarex::FieldType)
 
@@ -157,6 +160,9 @@ private slots:
     void signedValue();
     void fromBytes_data();
     void fromBytes();
+    void editorVerdict_data();
+    void editorVerdict();
+    void editorReadSize();
     void hasMagic_data();
     void hasMagic();
     void checksumDetectsChange();
@@ -594,6 +600,44 @@ void TestFormat::fromBytes()
     QFETCH(QByteArray, expected);
     const ConfigRecord record = ConfigRecord::fromBytes(bytesOf(input), std::size_t(input.size()));
     COMPARE_BYTES(toByteArray(record), expected);
+}
+
+void TestFormat::editorVerdict_data()
+{
+    // Bytes patched into the untouched form's file; the checks run in the editor's order, so a
+    // file that fails two of them gets the verdict of the first.
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<QByteArray>("patch");
+    QTest::addColumn<lumarex::Verdict>("verdict");
+    using lumarex::Verdict;
+    QTest::newRow("untouched") << 0 << QByteArray("C") << Verdict::Accepted;
+    QTest::newRow("magic") << 0 << QByteArray("c") << Verdict::BadMagic;
+    QTest::newRow("magic and version")
+        << 0 << QByteArray::fromHex("636F6E66 99000000 00000000") << Verdict::BadMagic;
+    QTest::newRow("version") << 8 << QByteArray::fromHex("7AEE3301") << Verdict::OtherVersion;
+    QTest::newRow("version and checksum")
+        << 8 << QByteArray::fromHex("7AEE3301 FF") << Verdict::OtherVersion;
+    QTest::newRow("payload byte") << 100 << QByteArray::fromHex("01") << Verdict::ChecksumMismatch;
+    QTest::newRow("checksum") << 165 << QByteArray::fromHex("735A") << Verdict::ChecksumMismatch;
+}
+
+void TestFormat::editorVerdict()
+{
+    QFETCH(int, offset);
+    QFETCH(QByteArray, patch);
+    QFETCH(lumarex::Verdict, verdict);
+    QByteArray file = untouchedFormFile();
+    file.replace(offset, patch.size(), patch);
+    const ConfigRecord record =
+        ConfigRecord::fromBytes(reinterpret_cast<const std::uint8_t *>(file.constData()),
+                                static_cast<std::size_t>(file.size()));
+    QCOMPARE(lumarex::editorVerdict(record), verdict);
+}
+
+void TestFormat::editorReadSize()
+{
+    // The editor reads one block of 1024 bytes; a file longer than that is cut there.
+    QCOMPARE(lumarex::kEditorReadSize, std::size_t(1024));
 }
 
 void TestFormat::hasMagic_data()
