@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the benchmarks (Release, build-bench/), runs them all and prints one table:
 #   - the file format and the save/load commands, as ratios to copying the 167 bytes;
+#   - lxconfig check --strict's work against the plain verdict, over 10,000 records;
 #   - start-up to the first painted window, the editor against a bare QMainWindow of its size:
 #     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
 #   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`.
@@ -15,13 +16,18 @@ scripts/install-deps.sh build bench
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
     -DLUMAREX_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build "$build" -j "${JOBS:-2}" --target lumarex-filebench lumarex-config-startup \
-    bare-window-startup lumarex-startup-bench lxconfig >/dev/null
+    bare-window-startup lumarex-startup-bench lumarex-roundtripbench lxconfig >/dev/null
 mkdir -p "$results"
 
 echo "Running the file benchmarks..." >&2
 "$build/bench/lumarex-filebench" --benchmark_repetitions="${FILE_REPETITIONS:-10}" \
     --benchmark_report_aggregates_only=true --benchmark_out="$results/file.json" \
     --benchmark_out_format=json >"$results/file.log" 2>&1
+
+echo "Running the round-trip benchmarks..." >&2
+"$build/bench/lumarex-roundtripbench" --benchmark_repetitions="${FILE_REPETITIONS:-10}" \
+    --benchmark_report_aggregates_only=true --benchmark_out="$results/roundtrip.json" \
+    --benchmark_out_format=json >"$results/roundtrip.log" 2>&1
 
 echo "Timing start-up..." >&2
 "$build/bench/lumarex-startup-bench" "${STARTUP_RUNS:-31}" \
@@ -43,3 +49,5 @@ awk -f bench/table.awk \
     -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
     -v runs="${STARTUP_RUNS:-31}" -v repetitions="${FILE_REPETITIONS:-10}" \
     "$results/file.json" "$results/startup.txt" "$results/lxconfig-startup.txt"
+echo
+awk -f bench/roundtrip/table.awk -v repetitions="${FILE_REPETITIONS:-10}" "$results/roundtrip.json"

@@ -1,0 +1,265 @@
+#include "editormodel.h"
+
+#include "conversions.h"
+
+#include <algorithm>
+#include <charconv>
+#include <stdexcept>
+#include <unordered_map>
+#include <utility>
+
+namespace lumarex::roundtrip {
+
+namespace {
+
+std::string decimalText(std::uint32_t number)
+{
+    return std::to_string(number);
+}
+
+// A decimal text as the toolkit's toUInt() reads it: 0 unless the whole text is a number.
+std::uint32_t numberIn(std::string_view text)
+{
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? number : 0;
+}
+
+int spinLimit(double limit)
+{
+    return static_cast<int>(limit);
+}
+
+const Origin kStart{};
+
+} // namespace
+
+EditorModel::EditorModel()
+    : m_outcomes(static_cast<std::size_t>(restoreStepCount()), StepOutcome::NotRun)
+{
+    m_controls.reserve(formControlCount());
+    for (std::size_t i = 0; i < formControlCount(); ++i) {
+        const ControlFacts &facts = formControls()[i];
+        ControlValue control;
+        control.facts = &facts;
+        control.index = facts.startIndex;
+        control.checked = facts.startChecked;
+        control.value = static_cast<int>(facts.startValue);
+        control.real = facts.startValue;
+        control.text = std::string(facts.startText);
+        m_controls.push_back(std::move(control));
+    }
+}
+
+const ControlValue &EditorModel::control(std::string_view objectName) const
+{
+    // Every restore step and rule action names its control; a map built once keeps the model
+    // from searching the form for each of them.
+    static const std::unordered_map<std::string_view, std::size_t> positions = [] {
+        std::unordered_map<std::string_view, std::size_t> made;
+        for (std::size_t i = 0; i < formControlCount(); ++i)
+            made.emplace(formControls()[i].objectName, i);
+        return made;
+    }();
+    const auto found = positions.find(objectName);
+    if (found == positions.end())
+        throw std::out_of_range("no control " + std::string(objectName) + " in the form");
+    return m_controls[found->second];
+}
+
+ControlValue &EditorModel::at(std::string_view objectName)
+{
+    return const_cast<ControlValue &>(std::as_const(*this).control(objectName));
+}
+
+double EditorModel::roundToDecimals(double value, int decimals)
+{
+    char text[400];
+    const auto [end, error] =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
+    if (error != std::errc())
+        return value;
+    double rounded = 0;
+    std::from_chars(text, end, rounded);
+    return rounded;
+}
+
+void EditorModel::selectIndex(ControlValue &control, int index, const Origin &origin)
+{
+    // An index outside the list leaves the box without a current item.
+    const int current = index >= 0 && index < control.facts->itemCount ? index : -1;
+    control.origin = origin;
+    if (current == control.index)
+        return;
+    control.index = current;
+    emitChange(control, current);
+}
+
+bool EditorModel::selectText(ControlValue &control, std::string_view text, const Origin &origin)
+{
+    // A text no item has leaves the selection as it is.
+    const ItemTexts items = control.facts->items();
+    const auto found = std::find(items.begin(), items.end(), text);
+    if (found == items.end())
+        return false;
+    selectIndex(control, static_cast<int>(found - items.begin()), origin);
+    return true;
+}
+
+void EditorModel::setChecked(ControlValue &control, bool checked, const Origin &origin)
+{
+    control.origin = origin;
+    if (checked == control.checked)
+        return;
+    control.checked = checked;
+    emitChange(control, checked ? kChecked : kUnchecked);
+}
+
+void EditorModel::setSpinValue(ControlValue &control, long long value, const Origin &origin)
+{
+    control.origin = origin;
+    control.value = static_cast<int>(std::clamp<long long>(value, spinLimit(control.facts->minimum),
+                                                           spinLimit(control.facts->maximum)));
+}
+
+void EditorModel::setRealValue(ControlValue &control, double value, const Origin &origin)
+{
+    // Rounded to the box's decimals first, then bound to its range (itself rounded).
+    const int decimals = control.facts->decimals;
+    control.origin = origin;
+    control.real = std::clamp(roundToDecimals(value, decimals),
+                              roundToDecimals(control.facts->minimum, decimals),
+                              roundToDecimals(control.facts->maximum, decimals));
+}
+
+void EditorModel::emitChange(const ControlValue &control, int signalValue)
+{
+    const std::string_view source = control.facts->objectName;
+    for (int i = 0; i < formRuleCount(); ++i) {
+        const FormRule &rule = formRules()[i];
+        if (rule.source != source)
+            continue;
+        for (int run = 0; run < rule.runsPerChange; ++run)
+            runRule(rule, signalValue);
+    }
+}
+
+void EditorModel::runRule(const FormRule &rule, int signalValue)
+{
+    const RuleCase *ruleCase = rule.caseFor(signalValue);
+    if (!ruleCase)
+        return;
+    if (!ruleCase->unlessChecked.empty() && control(ruleCase->unlessChecked).checked)
+        return;
+    const Origin origin{Origin::Kind::Rule, 0, &rule};
+    for (int i = 0; i < ruleCase->actionCount; ++i) {
+        const RuleAction &action = ruleCase->actions[i];
+        // Enabling, disabling, showing and hiding never reach the file.
+        if (action.act == RuleAct::Select)
+            selectIndex(at(action.target), action.value, origin);
+        else if (action.act == RuleAct::Check)
+            setChecked(at(action.target), action.value != 0, origin);
+    }
+}
+
+StepOutcome EditorModel::runStep(int step, const RestoreStep &restoreStep,
+                                 const ConfigRecord &record)
+{
+    ControlValue &target = at(restoreStep.control);
+    const Origin origin{Origin::Kind::Restore, step, nullptr};
+    const Field field = restoreStep.field;
+    switch (restoreStep.how) {
+    case Restore::Check:
+        setChecked(target, record.value(field) != 0, origin);
+        return StepOutcome::Set;
+    case Restore::Index:
+        selectIndex(target, static_cast<int>(record.value(field)), origin);
+        return StepOutcome::Set;
+    case Restore::Value:
+        setSpinValue(target, record.signedValue(field), origin);
+        return StepOutcome::Set;
+    case Restore::UnsignedValue:
+        setSpinValue(target, record.value(field), origin);
+        return StepOutcome::Set;
+    case Restore::Hundredths:
+        setRealValue(target, esoOffsetFromField(record.value(field)), origin);
+        return StepOutcome::Set;
+    case Restore::NumberText:
+        return selectText(target, decimalText(record.value(field)), origin) ? StepOutcome::Set
+                                                                            : StepOutcome::NoMatch;
+    case Restore::LineText:
+        target.text = decimalText(record.value(field));
+        target.origin = origin;
+        return StepOutcome::Set;
+    case Restore::Ext0Code:
+    case Restore::Ext1Code: {
+        const auto code = static_cast<std::uint8_t>(record.value(field));
+        const std::optional<int> index =
+            restoreStep.how == Restore::Ext0Code ? ext0ModeIndex(code) : ext1ModeIndex(code);
+        if (!index)
+            return StepOutcome::NoMatch;
+        selectIndex(target, *index, origin);
+        return StepOutcome::Set;
+    }
+    case Restore::TriggerSlot: {
+        const auto slot = static_cast<int>(record.value(Field::sbusTrigger));
+        if (slot >= kTriggerSlots)
+            return StepOutcome::Skipped;
+        setSpinValue(target, record.value(field, slot), origin);
+        return StepOutcome::Set;
+    }
+    }
+    return StepOutcome::NotRun;
+}
+
+void EditorModel::restore(const ConfigRecord &record)
+{
+    for (int i = 0; i < restoreStepCount(); ++i)
+        m_outcomes[static_cast<std::size_t>(i)] = runStep(i + 1, restoreSteps()[i], record);
+}
+
+ConfigRecord EditorModel::save() const
+{
+    // The save command starts from a cleared record, so a byte no control feeds (spare157, and
+    // a mode byte whose box has no code) is saved as 0.
+    ConfigRecord record;
+    for (const FieldInfo &info : fieldTable()) {
+        const FormField *pairing = formFieldOf(info.field);
+        if (!pairing)
+            continue;
+        const ControlValue &source = control(pairing->control);
+        std::optional<std::uint32_t> stored;
+        switch (pairing->stored) {
+        case Stored::ItemIndex:
+            stored = static_cast<std::uint32_t>(source.index);
+            break;
+        case Stored::Ext0Code:
+            stored = ext0ModeCode(source.index);
+            break;
+        case Stored::Ext1Code:
+            stored = ext1ModeCode(source.index);
+            break;
+        case Stored::ItemNumber:
+            stored = numberIn(source.facts->item(source.index));
+            break;
+        case Stored::Checked:
+            stored = source.checked ? 1 : 0;
+            break;
+        case Stored::Value:
+            stored = static_cast<std::uint32_t>(source.value);
+            break;
+        case Stored::Hundredths:
+            stored = static_cast<std::uint32_t>(esoOffsetToField(source.real));
+            break;
+        case Stored::TextNumber:
+            stored = numberIn(source.text);
+            break;
+        }
+        for (int element = 0; stored && element < info.elementCount(); ++element)
+            record.setValue(info.field, *stored, element);
+    }
+    record.seal();
+    return record;
+}
+
+} // namespace lumarex::roundtrip

@@ -1,0 +1,25 @@
+#pragma once
+
+// `lxconfig explain [NAME]`: for a field, where it is in the window, what it may hold and how
+// it is stored, how "Read from file" restores it and which form rules lock or preset it. All of
+// it comes from the form's facts, the field table, the restore order and the rules as data.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumarex::roundtrip {
+
+struct Explanation
+{
+    bool found = false;             // false: no field, control or caption has that name
+    std::vector<std::string> lines; // the text, one line each, without newlines
+};
+
+// By field name ("gpsReceiver"), control name ("cbPeripheryGPS") or the caption shown in the
+// window ("GPS", "Baudrate"; case and a trailing colon do not matter). Without a name: every
+// field, grouped by page in tab order, then the fields no control shows.
+Explanation explain(std::optional<std::string_view> name = std::nullopt);
+
+} // namespace lumarex::roundtrip
