@@ -363,8 +363,10 @@ std::optional<Failure> OutputFile::writeReplacement(std::string_view data)
     if (m_kind == Kind::Regular) {
         // Owner first: changing it clears the set-user-ID and set-group-ID bits that the mode
         // then puts back. Another owner is allowed only to root; the group where it is allowed.
-        if (::fchown(fd, old.st_uid, old.st_gid) == -1)
-            ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
+        const bool ownerKept = ::fchown(fd, old.st_uid, old.st_gid) == 0;
+        if (!ownerKept && ::fchown(fd, static_cast<uid_t>(-1), old.st_gid) == -1) {
+            // The group stays the folder's: a user may give a file only a group of its own.
+        }
         if (::fchmod(fd, old.st_mode & 07777) == -1)
             return fail(errno);
     }
