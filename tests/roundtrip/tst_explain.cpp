@@ -65,8 +65,9 @@ void TestExplain::byCaptionOrControl_data()
     QTest::newRow("caption with two blanks")
         << "Isotherms switch  mode" << QStringList{"isothermSwitchMode"};
     QTest::newRow("control") << "cb_externalshutter" << QStringList{"externalShutter"};
-    QTest::newRow("caption shared by three controls")
-        << "Trigger ON/OFF" << QStringList{"triggerLow", "triggerHigh", "sbusTrigger"};
+    QTest::newRow("column header as a caption") << "Low" << QStringList{"triggerLow"};
+    QTest::newRow("caption of the trigger selection")
+        << "Trigger ON/OFF" << QStringList{"sbusTrigger"};
 }
 
 void TestExplain::byCaptionOrControl()
