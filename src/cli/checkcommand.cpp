@@ -1,8 +1,10 @@
-// lxconfig check FILE...: whether the editor would load each file, and if not, the first of
-// its checks that the file fails.
+// lxconfig check [--strict] FILE...: whether the editor would load each file, and if not, the
+// first of its checks that the file fails; with --strict, after a file the editor loads, every
+// value that its load and an immediate save would not keep.
 
 #include "commands.h"
 #include "recordfile.h"
+#include "roundtrip.h"
 
 namespace lxconfig {
 
@@ -22,6 +24,13 @@ int checkCommand(const Invocation &invocation, Output &output)
         const std::optional<std::string> sizeNote = failure ? std::nullopt : sizeProblem(bytes);
         if (sizeNote)
             output.warning(path + ": " + *sizeNote);
+        if (invocation.strict && !problem) {
+            const auto findings = lumarex::roundtrip::strictFindings(recordOf(bytes).bytes());
+            for (const lumarex::roundtrip::Finding &finding : findings)
+                output.out("  " + finding.text() + '\n');
+            if (!findings.empty())
+                status = kExitFailure;
+        }
     }
     return status;
 }

@@ -36,8 +36,9 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
     return checkedRecord(path, bytes, checks, output);
 }
 
-bool writeOutputFile(const std::string &path, std::string_view data, Output &output)
+bool writeOutputFile(const std::string &path, std::string_view data, Output &output, Backup backup)
 {
+    (void)backup; // kept by OutputFile once backups are written
     OutputFile file;
     std::optional<Failure> failure = file.open(path);
     if (!failure)

@@ -2,6 +2,7 @@
 
 // The files a command reads and writes, with what goes wrong reported on standard error.
 
+#include "commands.h"
 #include "configrecord.h"
 #include "fileio.h"
 #include "output.h"
@@ -25,8 +26,10 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
 std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, const InputBytes &bytes,
                                                    Checks checks, Output &output);
 
-// Writes the whole file or, after an error line, leaves it as it was; false then.
-bool writeOutputFile(const std::string &path, std::string_view data, Output &output);
+// Writes the whole file or, after an error line, leaves it as it was; false then. A regular file
+// that is replaced is first kept as the backup asks.
+bool writeOutputFile(const std::string &path, std::string_view data, Output &output,
+                     Backup backup = Backup::None);
 
 // The error line of a failure; false, for returning.
 bool report(const std::optional<Failure> &failure, Output &output);

@@ -3,6 +3,7 @@
 #include "commands.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <optional>
 
@@ -17,6 +18,17 @@ enum class OutputOption
     Required
 };
 
+// The options besides -o that a command accepts.
+enum Accepts : unsigned
+{
+    kNoOption = 0,
+    kForce = 1u << 0,
+    kStrict = 1u << 1,
+    kFormat = 1u << 2,
+    kBackup = 1u << 3,
+    kFields = 1u << 4,
+};
+
 struct Command
 {
     const char *name;
@@ -25,7 +37,7 @@ struct Command
     int minArguments;
     int maxArguments; // -1: no limit
     OutputOption output;
-    bool acceptsForce;
+    unsigned accepts; // Accepts
     int (*run)(const Invocation &, Output &);
 };
 
@@ -33,19 +45,23 @@ constexpr int kAny = -1;
 
 constexpr Command kCommands[] = {
     {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAny,
-     OutputOption::None, false, checkCommand},
+     OutputOption::None, kStrict, checkCommand},
     {"show", "show FILE", "list every field with its offset and value", 1, 1, OutputOption::None,
-     false, showCommand},
+     kNoOption, showCommand},
     {"export", "export FILE [-o OUT]", "write the fields as JSON to standard output or OUT", 1, 1,
-     OutputOption::Optional, false, exportCommand},
+     OutputOption::Optional, kBackup, exportCommand},
     {"import", "import JSON -o FILE", "write the record that a JSON form describes", 1, 1,
-     OutputOption::Required, false, importCommand},
+     OutputOption::Required, kBackup, importCommand},
     {"defaults", "defaults -o FILE", "write what the editor saves from its untouched form", 0, 0,
-     OutputOption::Required, false, defaultsCommand},
+     OutputOption::Required, kBackup, defaultsCommand},
     {"set", "set FILE FIELD=VALUE...", "change fields in place and mend the checksum", 2, kAny,
-     OutputOption::None, true, setCommand},
+     OutputOption::None, kForce | kBackup, setCommand},
     {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
-     OutputOption::None, false, diffCommand},
+     OutputOption::None, kNoOption, diffCommand},
+    {"explain", "explain [NAME]", "where a setting is in the window and what it may hold", 0, 1,
+     OutputOption::None, kNoOption, explainCommand},
+    {"resave", "resave FILE -o OUT", "write what the editor saves after loading FILE", 1, 1,
+     OutputOption::Required, kBackup, resaveCommand},
 };
 
 std::string leftJustified(std::string text, std::size_t width)
@@ -67,6 +83,11 @@ std::string helpText()
             "Options:\n"
             "  -o, --output FILE         the file to write\n"
             "  --force                   set: allow a magic or format version the editor refuses\n"
+            "  --strict                  check: also what the editor's load and save change\n"
+            "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
+            "                            (numbered); without KIND, as VERSION_CONTROL says\n"
+            "  --format FORMAT           check, show, diff: text (the default) or json\n"
+            "  --fields PATTERN          apply: only the template's fields that match\n"
             "  -h, --help                show this help\n"
             "  --version                 show the version\n"
             "\n"
@@ -88,7 +109,13 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
     if (count < command.minArguments ||
         (command.maxArguments != kAny && count > command.maxArguments))
         return false;
-    if (invocation.force && !command.acceptsForce)
+    const auto given = [&command](bool used, unsigned option) {
+        return used && !(command.accepts & option);
+    };
+    if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
+        given(invocation.format != Format::Text, kFormat) ||
+        given(invocation.backup != Backup::None, kBackup) ||
+        given(!invocation.fieldsPattern.empty(), kFields))
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -103,7 +130,8 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
 
 // The options as lxconfig has always read them: anywhere on the line, "--" ends them, short
 // options may be run together ("-ho"), a value follows its option or is joined to it
-// ("-oFILE", "--output=FILE").
+// ("-oFILE", "--output=FILE"). --backup takes its kind only joined ("--backup=numbered"), as
+// GNU tools read it, since FILE... may follow it.
 struct ParsedLine
 {
     std::vector<std::string> positional;
@@ -111,6 +139,10 @@ struct ParsedLine
     bool help = false;
     bool version = false;
     bool force = false;
+    bool strict = false;
+    Format format = Format::Text;
+    Backup backup = Backup::None;
+    std::string fieldsPattern;
     std::string error;
     std::vector<std::string> unknown;
 
@@ -130,6 +162,36 @@ struct ParsedLine
     }
 };
 
+std::optional<Format> formatNamed(const std::string &name)
+{
+    if (name == "text")
+        return Format::Text;
+    if (name == "json")
+        return Format::Json;
+    return std::nullopt;
+}
+
+// The kinds GNU tools accept, with their older names; without a kind, VERSION_CONTROL's, and
+// "existing" when that is not set.
+std::optional<Backup> backupNamed(const std::string &name)
+{
+    if (name == "none" || name == "off")
+        return Backup::None;
+    if (name == "simple" || name == "never")
+        return Backup::Simple;
+    if (name == "numbered" || name == "t")
+        return Backup::Numbered;
+    if (name == "existing" || name == "nil")
+        return Backup::Existing;
+    return std::nullopt;
+}
+
+std::string versionControl()
+{
+    const char *variable = std::getenv("VERSION_CONTROL");
+    return variable ? variable : "";
+}
+
 ParsedLine parseLine(const std::vector<std::string> &arguments)
 {
     ParsedLine line;
@@ -141,17 +203,37 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.version = true;
         else if (name == "force")
             line.force = true;
+        else if (name == "strict")
+            line.strict = true;
         else
             return false;
         return true;
     };
+    // The options that take a value, once it is known.
+    const auto setValue = [&line](const std::string &name, const std::string &value) {
+        if (name == "output") {
+            line.outputPath = value;
+        } else if (name == "format") {
+            if (const std::optional<Format> format = formatNamed(value))
+                line.format = *format;
+            else
+                line.error = "Unknown format '" + value + "' (text or json).";
+        } else if (name == "fields") {
+            if (value.empty())
+                line.error = "The pattern after '--fields' is empty.";
+            line.fieldsPattern = value;
+        }
+    };
+    const auto takesValue = [](const std::string &name) {
+        return name == "output" || name == "format" || name == "fields";
+    };
     for (auto it = arguments.begin(); it != arguments.end(); ++it) {
         const std::string &argument = *it;
-        const auto takeValue = [&](const std::string &joined) {
+        const auto takeValue = [&](const std::string &name, const std::string &joined) {
             if (!joined.empty())
-                line.outputPath = joined;
+                setValue(name, joined);
             else if (std::next(it) != arguments.end())
-                line.outputPath = *++it;
+                setValue(name, *++it);
             else
                 line.error = "Missing value after '" + argument + "'.";
         };
@@ -162,11 +244,22 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
         } else if (argument.compare(0, 2, "--") == 0) {
             const std::size_t equals = argument.find('=');
             const std::string name = argument.substr(2, equals - 2);
-            if (name == "output") {
+            if (takesValue(name)) {
                 if (equals != std::string::npos)
-                    line.outputPath = argument.substr(equals + 1);
+                    setValue(name, argument.substr(equals + 1));
                 else
-                    takeValue({});
+                    takeValue(name, {});
+            } else if (name == "backup") {
+                const std::string kind =
+                    equals == std::string::npos ? versionControl() : argument.substr(equals + 1);
+                const std::optional<Backup> backup = equals == std::string::npos && kind.empty()
+                                                         ? Backup::Existing
+                                                         : backupNamed(kind);
+                if (backup)
+                    line.backup = *backup;
+                else
+                    line.error =
+                        "Unknown backup kind '" + kind + "' (simple, numbered or existing).";
             } else if (setFlag(name)) {
                 if (equals != std::string::npos)
                     line.error = "Unexpected value after '--" + name + "'.";
@@ -177,7 +270,7 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             for (std::size_t i = 1; i < argument.size(); ++i) {
                 const std::string name(1, argument[i]);
                 if (name == "o") {
-                    takeValue(argument.substr(i + 1));
+                    takeValue("output", argument.substr(i + 1));
                     break;
                 }
                 if (name == "h")
@@ -216,9 +309,14 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
         return kExitError;
     }
     isDiff = command->run == diffCommand;
-    const Invocation invocation{{line.positional.begin() + 1, line.positional.end()},
-                                line.outputPath.value_or(std::string()),
-                                line.force};
+    Invocation invocation;
+    invocation.arguments.assign(line.positional.begin() + 1, line.positional.end());
+    invocation.outputPath = line.outputPath.value_or(std::string());
+    invocation.force = line.force;
+    invocation.strict = line.strict;
+    invocation.format = line.format;
+    invocation.backup = line.backup;
+    invocation.fieldsPattern = line.fieldsPattern;
     if (!fits(*command, invocation, line.outputPath.has_value())) {
         output.usageError(std::string("usage: lxconfig ") + command->synopsis);
         return kExitError;

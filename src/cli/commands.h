@@ -15,11 +15,32 @@ inline constexpr int kExitFailure = 1; // a file is not valid, a value or a writ
 inline constexpr int kExitError =
     2; // a wrong command line; for diff any failure, as 1 means "differ"
 
+// How a command prints its result: the plain text, or JSON for scripts.
+enum class Format
+{
+    Text,
+    Json
+};
+
+// What a command that replaces a file keeps of the old one, as GNU tools name it: nothing,
+// FILE~, or FILE.~N~ (numbered; "existing": numbered where numbered backups exist already).
+enum class Backup
+{
+    None,
+    Simple,
+    Numbered,
+    Existing
+};
+
 struct Invocation
 {
     std::vector<std::string> arguments;
     std::string outputPath;
-    bool force = false; // set may write a magic or format version the editor refuses
+    bool force = false;  // set may write a magic or format version the editor refuses
+    bool strict = false; // check: also what the editor's load and save would change
+    Format format = Format::Text;
+    Backup backup = Backup::None;
+    std::string fieldsPattern; // apply: only the template's fields that match, empty: all
 };
 
 int checkCommand(const Invocation &invocation, Output &output);
@@ -29,5 +50,7 @@ int importCommand(const Invocation &invocation, Output &output);
 int defaultsCommand(const Invocation &invocation, Output &output);
 int setCommand(const Invocation &invocation, Output &output);
 int diffCommand(const Invocation &invocation, Output &output);
+int explainCommand(const Invocation &invocation, Output &output);
+int resaveCommand(const Invocation &invocation, Output &output);
 
 } // namespace lxconfig

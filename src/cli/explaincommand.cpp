@@ -1,0 +1,25 @@
+// lxconfig explain [NAME]: where a setting is in the window, what it may hold, how the file
+// stores it and which rules of the form lock or preset it.
+
+#include "commands.h"
+#include "explain.h"
+
+namespace lxconfig {
+
+int explainCommand(const Invocation &invocation, Output &output)
+{
+    const lumarex::roundtrip::Explanation explanation =
+        invocation.arguments.empty()
+            ? lumarex::roundtrip::explain()
+            : lumarex::roundtrip::explain(std::string_view(invocation.arguments.front()));
+    if (!explanation.found) {
+        output.error("no field, control or caption is named \"" + invocation.arguments.front() +
+                     "\"");
+        return kExitFailure;
+    }
+    for (const std::string &line : explanation.lines)
+        output.out(line + '\n');
+    return kExitSuccess;
+}
+
+} // namespace lxconfig
