@@ -20,10 +20,17 @@ const QString kHelp = QStringLiteral(
     "  defaults -o FILE          write what the editor saves from its untouched form\n"
     "  set FILE FIELD=VALUE...   change fields in place and mend the checksum\n"
     "  diff A [B]                list the fields that differ (one file: from the defaults)\n"
+    "  explain [NAME]            where a setting is in the window and what it may hold\n"
+    "  resave FILE -o OUT        write what the editor saves after loading FILE\n"
     "\n"
     "Options:\n"
     "  -o, --output FILE         the file to write\n"
     "  --force                   set: allow a magic or format version the editor refuses\n"
+    "  --strict                  check: also what the editor's load and save change\n"
+    "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
+    "                            (numbered); without KIND, as VERSION_CONTROL says\n"
+    "  --format FORMAT           check, show, diff: text (the default) or json\n"
+    "  --fields PATTERN          apply: only the template's fields that match\n"
     "  -h, --help                show this help\n"
     "  --version                 show the version\n"
     "\n"
@@ -93,6 +100,28 @@ void TestCli::commandLine_data()
     QTest::newRow("diff with three files")
         << QStringList{"diff", "good.bin", "long.bin", "short.bin"} << 2 << ""
         << usage("diff A [B]");
+    QTest::newRow("strict with another command")
+        << QStringList{"show", "--strict", "good.bin"} << 2 << "" << usage("show FILE");
+    QTest::newRow("backup with a command that replaces nothing")
+        << QStringList{"check", "--backup", "good.bin"} << 2 << "" << usage("check FILE...");
+    QTest::newRow("unknown backup kind")
+        << QStringList{"defaults", "--backup=always", "-o", "x.bin"} << 2 << ""
+        << "lxconfig: Unknown backup kind 'always' (simple, numbered or existing).\n" + kTryHelp;
+    QTest::newRow("backup kind as a separate word")
+        << QStringList{"defaults", "--backup", "simple", "-o", "x.bin"} << 2 << ""
+        << usage("defaults -o FILE");
+    QTest::newRow("unknown format")
+        << QStringList{"check", "--format", "xml", "good.bin"} << 2 << ""
+        << "lxconfig: Unknown format 'xml' (text or json).\n" + kTryHelp;
+    QTest::newRow("format without a value")
+        << QStringList{"check", "good.bin", "--format"} << 2 << ""
+        << "lxconfig: Missing value after '--format'.\n" + kTryHelp;
+    QTest::newRow("explain with two names")
+        << QStringList{"explain", "GPS", "Baudrate"} << 2 << "" << usage("explain [NAME]");
+    QTest::newRow("resave without -o")
+        << QStringList{"resave", "good.bin"} << 2 << "" << usage("resave FILE -o OUT");
+    QTest::newRow("resave without a file")
+        << QStringList{"resave", "-o", "x.bin"} << 2 << "" << usage("resave FILE -o OUT");
 }
 
 void TestCli::commandLine()

@@ -12,6 +12,8 @@
 #include "untouchedform.h"
 
 #include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -77,6 +79,36 @@ QStringList findingKinds(const RecordBytes &record)
     return kinds;
 }
 
+struct LxconfigRun
+{
+    int exitCode = -1;
+    QByteArray out;
+};
+
+LxconfigRun runLxconfig(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(LXCONFIG_PATH), arguments);
+    process.waitForFinished(-1);
+    LxconfigRun run;
+    if (process.exitStatus() == QProcess::NormalExit)
+        run.exitCode = process.exitCode();
+    run.out = process.readAllStandardOutput();
+    return run;
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Changes)
@@ -96,6 +128,7 @@ private slots:
     void findingLine();
     void refusedFiles_data();
     void refusedFiles();
+    void lxconfigAgreesWithTheEditor();
 
 private:
     RecordBytes m_untouched{};
@@ -391,6 +424,45 @@ void TestRoundTrip::refusedFiles()
     QCOMPARE(int(prediction.verdict), verdict);
     QCOMPARE(QString::fromStdString(prediction.refusal), refusal);
     QCOMPARE(lumarex::roundtrip::strictFindings(sealed.bytes()).size(), std::size_t(0));
+}
+
+// The commands themselves, run as a user runs them, against the real editor: resave writes what
+// the editor saves, and check --strict finds something exactly when that differs from the file.
+// The editor's own save is tried as well: it is not always kept by a second round trip.
+void TestRoundTrip::lxconfigAgreesWithTheEditor()
+{
+    QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    const QString file = folder.filePath("LXCONFIG.BIN");
+    const QString resaved = folder.filePath("RESAVED.BIN");
+    int kept = 0;
+    int changed = 0;
+    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+        const RecordBytes record = seed == 1 ? m_untouched : randomRecord(seed);
+        const EditorResave first = resaveInFreshWindow(record);
+        if (first.outcome != MainWindow::LoadOutcome::Restored)
+            continue;
+        for (const RecordBytes &input : {record, first.bytes}) {
+            const RecordBytes editor = resaveInFreshWindow(input).bytes;
+            QVERIFY(writeFile(file, toBytes(input)));
+            QFile::remove(resaved);
+            QCOMPARE(runLxconfig({"resave", file, "-o", resaved}).exitCode, 0);
+            const QByteArray written = readFile(resaved);
+            QCOMPARE(written.size(), lumarex::kRecordSize);
+            RecordBytes writtenRecord{};
+            std::copy(written.begin(), written.end(), writtenRecord.begin());
+            const QString where = QStringLiteral("seed %1").arg(seed);
+            QVERIFY2(writtenRecord == editor,
+                     qPrintable(where + ": " + differingFields(editor, writtenRecord).join("; ")));
+            const bool survives = input == editor;
+            (survives ? kept : changed) += 1;
+            const LxconfigRun strict = runLxconfig({"check", "--strict", file});
+            QVERIFY2(strict.exitCode == (survives ? 0 : 1),
+                     qPrintable(where + ": " + QString::fromUtf8(strict.out)));
+        }
+    }
+    qInfo("%d files the editor keeps, %d it changes", kept, changed);
+    QVERIFY(kept > 0 && changed > 0);
 }
 
 QTEST_MAIN(TestRoundTrip)
