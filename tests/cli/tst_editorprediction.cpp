@@ -102,6 +102,12 @@ void TestEditorPrediction::strictOnFilesTheEditorRefuses()
 void TestEditorPrediction::resaveWritesWhatTheEditorSaves()
 {
     COMPARE_RUN(m_workspace.run({"resave", "hazards.bin", "-o", "resaved.bin"}), 0, "", "");
+    COMPARE_RUN(m_workspace.run({"diff", "hazards.bin", "resaved.bin"}), 1,
+                "esoHeating: 1500 -> 1000\n"
+                "sbusZoom: 17 (no item) -> 255 (no item)\n"
+                "serialBaudrate: 100000 (no item) -> 38400 \"38400\"\n"
+                "crc: 3379 -> 62263\n",
+                "");
     QByteArray original = m_workspace.read("hazards.bin");
     QByteArray resaved = m_workspace.read("resaved.bin");
     QCOMPARE(resaved.size(), 167);
