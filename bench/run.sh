@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Builds the benchmarks (Release, build-bench/), runs them all and prints one table:
 #   - the file format and the save/load commands, as ratios to copying the 167 bytes;
-#   - lxconfig check --strict's work against the plain verdict, over 10,000 records;
+#   - lxconfig check --strict's work against the plain verdict, over 10,000 records, in the
+#     library and as the program over 10,000 files;
 #   - start-up to the first painted window, the editor against a bare QMainWindow of its size:
 #     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
 #   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
-# FILE_REPETITIONS (default 10), JOBS (default 2).
+# FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), JOBS (default 2).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=build-bench
@@ -44,6 +45,10 @@ done
 echo "Counting lxconfig's start-up instructions under callgrind..." >&2
 bench/lxconfig/startup.sh "$build/src/cli/lxconfig" "$results" >"$results/lxconfig-startup.txt"
 
+echo "Timing lxconfig check --strict against check over 10,000 files..." >&2
+bench/lxconfig/strict.sh "$build/src/cli/lxconfig" "$results" "${STRICT_RUNS:-5}" \
+    >"$results/lxconfig-strict.txt"
+
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
     -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
@@ -51,3 +56,11 @@ awk -f bench/table.awk \
     "$results/file.json" "$results/startup.txt" "$results/lxconfig-startup.txt"
 echo
 awk -f bench/roundtrip/table.awk -v repetitions="${FILE_REPETITIONS:-10}" "$results/roundtrip.json"
+echo
+awk '{
+    for (i = 1; i <= NF; ++i) { split($i, pair, "="); v[pair[1]] = pair[2] }
+    printf "lxconfig over %d files, one process (median of '"${STRICT_RUNS:-5}"' runs)\n", v["files"]
+    printf "  check            %8.1f ms   1.00\n", v["check"] / 1e6
+    printf "  check --strict   %8.1f ms   %.2f\n", v["strict"] / 1e6, v["strict"] / v["check"]
+    printf "  %d findings; %d files with none\n", v["findings"], v["clean"]
+}' "$results/lxconfig-strict.txt"
