@@ -38,11 +38,10 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
 
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output, Backup backup)
 {
-    (void)backup; // kept by OutputFile once backups are written
     OutputFile file;
     std::optional<Failure> failure = file.open(path);
     if (!failure)
-        failure = file.replace(data);
+        failure = file.replace(data, backup);
     return report(failure, output);
 }
 

@@ -3,6 +3,7 @@
 // The commands of lxconfig. Each takes its arguments after the command's name and the -o value
 // (empty when not given), reports on the Output and returns the process's exit status.
 
+#include "fileio.h"
 #include "output.h"
 
 #include <string>
@@ -20,16 +21,6 @@ enum class Format
 {
     Text,
     Json
-};
-
-// What a command that replaces a file keeps of the old one, as GNU tools name it: nothing,
-// FILE~, or FILE.~N~ (numbered; "existing": numbered where numbered backups exist already).
-enum class Backup
-{
-    None,
-    Simple,
-    Numbered,
-    Existing
 };
 
 struct Invocation

@@ -9,7 +9,8 @@ namespace lxconfig {
 
 int defaultsCommand(const Invocation &invocation, Output &output)
 {
-    return writeOutputFile(invocation.outputPath, recordBytes(defaultRecord()), output)
+    return writeOutputFile(invocation.outputPath, recordBytes(defaultRecord()), output,
+                           invocation.backup)
                ? kExitSuccess
                : kExitFailure;
 }

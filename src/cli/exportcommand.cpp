@@ -22,7 +22,8 @@ int exportCommand(const Invocation &invocation, Output &output)
         output.out(*json);
         return kExitSuccess;
     }
-    return writeOutputFile(invocation.outputPath, *json, output) ? kExitSuccess : kExitFailure;
+    return writeOutputFile(invocation.outputPath, *json, output, invocation.backup) ? kExitSuccess
+                                                                                    : kExitFailure;
 }
 
 } // namespace lxconfig

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/file.h>
@@ -307,9 +308,9 @@ std::optional<Failure> OutputFile::read(std::size_t limit, InputBytes &bytes)
     return std::nullopt;
 }
 
-std::optional<Failure> OutputFile::replace(std::string_view data)
+std::optional<Failure> OutputFile::replace(std::string_view data, Backup backup)
 {
-    return m_kind == Kind::Stream ? writeStream(data) : writeReplacement(data);
+    return m_kind == Kind::Stream ? writeStream(data) : writeReplacement(data, backup);
 }
 
 std::optional<Failure> OutputFile::writeStream(std::string_view data)
@@ -329,7 +330,7 @@ std::optional<Failure> OutputFile::writeStream(std::string_view data)
 // that can be held back is held back for those two calls; a SIGKILL or a power cut there leaves
 // the file under its short name, which is the locked file's inode number: the next lxconfig to
 // lock the same file removes it.
-std::optional<Failure> OutputFile::writeReplacement(std::string_view data)
+std::optional<Failure> OutputFile::writeReplacement(std::string_view data, Backup backup)
 {
     struct stat old = {};
     if (m_kind == Kind::Regular && ::fstat(m_lockedFd, &old) == -1)
@@ -374,6 +375,17 @@ std::optional<Failure> OutputFile::writeReplacement(std::string_view data)
         return fail(errno);
 
     const std::string base = baseOf(m_target);
+    // The backup is the old file itself under a second name, so it keeps its contents, mode,
+    // owner and times; made last, so that a failure before it leaves no backup of a file that
+    // was not replaced.
+    if (m_kind == Kind::Regular && backup != Backup::None) {
+        if (const int error = linkBackup(base, backup)) {
+            closeKeepingErrno(fd);
+            if (named)
+                ::unlinkat(m_folderFd, m_tempName.c_str(), 0);
+            return failure("cannot back up", error);
+        }
+    }
     {
         const TerminationSignalsHeld held;
         if (!named) {
@@ -400,6 +412,67 @@ std::optional<Failure> OutputFile::writeReplacement(std::string_view data)
     if (retried([&] { return ::fsync(m_folderFd); }) == -1)
         return failure("cannot write", errno);
     return std::nullopt;
+}
+
+namespace {
+
+// N of "BASE.~N~", or 0 for any other name.
+unsigned long backupNumber(const std::string &base, const char *name)
+{
+    const std::size_t length = std::strlen(name);
+    if (length < base.size() + 4 || std::strncmp(name, base.data(), base.size()) != 0 ||
+        std::strncmp(name + base.size(), ".~", 2) != 0 || name[length - 1] != '~')
+        return 0;
+    const std::string digits(name + base.size() + 2, length - base.size() - 3);
+    if (digits.empty() || digits.size() > 9 || digits[0] == '0' ||
+        digits.find_first_not_of("0123456789") != std::string::npos)
+        return 0;
+    return std::stoul(digits);
+}
+
+// The highest N of the folder's "BASE.~N~" names; 0 when there is none, -1 and errno on failure.
+long highestBackupNumber(int folderFd, const std::string &base)
+{
+    const int listed = ::openat(folderFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (listed == -1)
+        return -1;
+    DIR *folder = ::fdopendir(listed);
+    if (!folder) {
+        closeKeepingErrno(listed);
+        return -1;
+    }
+    unsigned long highest = 0;
+    errno = 0;
+    while (const dirent *entry = ::readdir(folder))
+        highest = std::max(highest, backupNumber(base, entry->d_name));
+    const int error = errno;
+    ::closedir(folder);
+    errno = error;
+    return error ? -1 : static_cast<long>(highest);
+}
+
+} // namespace
+
+// The old file (locked, so no other lxconfig replaces it meanwhile) gets the backup's name; an
+// older backup of that name goes first, as GNU tools replace theirs. Returns 0 or the errno.
+int OutputFile::linkBackup(const std::string &base, Backup backup) const
+{
+    std::string name = base + '~';
+    if (backup != Backup::Simple) {
+        const long highest = highestBackupNumber(m_folderFd, base);
+        if (highest < 0)
+            return errno;
+        if (backup == Backup::Numbered || highest > 0)
+            name = base + ".~" + std::to_string(highest + 1) + '~';
+    }
+    if (::unlinkat(m_folderFd, name.c_str(), 0) == -1 && errno != ENOENT)
+        return errno;
+    int linked = ::linkat(m_lockedFd, "", m_folderFd, name.c_str(), AT_EMPTY_PATH);
+    if (linked == -1 && errno != EEXIST) {
+        const std::string self = "/proc/self/fd/" + std::to_string(m_lockedFd);
+        linked = ::linkat(AT_FDCWD, self.c_str(), m_folderFd, name.c_str(), AT_SYMLINK_FOLLOW);
+    }
+    return linked == -1 ? errno : 0;
 }
 
 } // namespace lxconfig

@@ -8,7 +8,7 @@
 // temporary file in the same folder, which is synced, given the old file's owner and mode, and
 // only then linked in and renamed over the target. Any failure before the rename leaves the
 // target as it was and no temporary file. Outputs that are not regular files (devices, FIFOs,
-// terminals, "-") are written into as a shell redirection would.
+// terminals, "-") are written into as a shell redirection would, and never backed up.
 
 #include <cstddef>
 #include <cstdint>
@@ -20,6 +20,17 @@ namespace lxconfig {
 
 // "-" for an input is standard input, for an output standard output.
 inline constexpr std::string_view kStandardStream = "-";
+
+// What replacing a regular file keeps of the old one, as GNU tools name it: nothing, FILE~, or
+// FILE.~N~ with N one more than the highest there ("existing": numbered where numbered backups
+// of the file exist already, else FILE~).
+enum class Backup
+{
+    None,
+    Simple,
+    Numbered,
+    Existing
+};
 
 struct Failure
 {
@@ -67,8 +78,10 @@ public:
     std::optional<Failure> openExisting(const std::string &path);
     // The locked file's first bytes (after openExisting).
     std::optional<Failure> read(std::size_t limit, InputBytes &bytes);
-    // Replaces the contents whole, or leaves them as they were.
-    std::optional<Failure> replace(std::string_view data);
+    // Replaces the contents whole, or leaves them as they were. A regular file that existed is
+    // first linked in under the backup's name, beside the file a symbolic link leads to; a
+    // backup that cannot be made is a failure ("cannot back up: REASON") that changes nothing.
+    std::optional<Failure> replace(std::string_view data, Backup backup = Backup::None);
 
 private:
     enum class Kind
@@ -81,7 +94,8 @@ private:
     std::optional<Failure> resolve(const std::string &path, bool forReading);
     std::optional<Failure> lock(bool forReading);
     std::optional<Failure> writeStream(std::string_view data);
-    std::optional<Failure> writeReplacement(std::string_view data);
+    std::optional<Failure> writeReplacement(std::string_view data, Backup backup);
+    int linkBackup(const std::string &base, Backup backup) const;
     Failure failure(const char *what, int error) const;
 
     std::string m_given;  // as on the command line, for messages

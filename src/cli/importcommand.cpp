@@ -34,8 +34,9 @@ int importCommand(const Invocation &invocation, Output &output)
                        " replaced by the computed checksum " + std::to_string(checksum));
         record->setValue(lumarex::Field::crc, checksum);
     }
-    return writeOutputFile(invocation.outputPath, recordBytes(*record), output) ? kExitSuccess
-                                                                                : kExitFailure;
+    return writeOutputFile(invocation.outputPath, recordBytes(*record), output, invocation.backup)
+               ? kExitSuccess
+               : kExitFailure;
 }
 
 } // namespace lxconfig

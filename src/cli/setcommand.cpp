@@ -55,7 +55,8 @@ int setCommand(const Invocation &invocation, Output &output)
         }
     }
     record->setValue(lumarex::Field::crc, record->computedChecksum());
-    return report(file.replace(recordBytes(*record)), output) ? kExitSuccess : kExitFailure;
+    return report(file.replace(recordBytes(*record), invocation.backup), output) ? kExitSuccess
+                                                                                 : kExitFailure;
 }
 
 } // namespace lxconfig

@@ -43,13 +43,16 @@ bool Workspace::exists(const QString &name) const
     return QFile::exists(path(name));
 }
 
-RunResult Workspace::run(const QStringList &arguments) const
+RunResult Workspace::run(const QStringList &arguments, const QStringList &extra) const
 {
     QProcess process;
     process.setWorkingDirectory(m_dir.path());
     // System error texts in English, whatever the machine's locale.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("LC_ALL", "C");
+    environment.remove("VERSION_CONTROL");
+    for (const QString &entry : extra)
+        environment.insert(entry.section('=', 0, 0), entry.section('=', 1));
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(LXCONFIG_PATH), arguments);
     process.waitForFinished(-1);

@@ -29,8 +29,9 @@ public:
     QByteArray read(const QString &name) const;
     bool exists(const QString &name) const;
 
-    // lxconfig with these arguments, run in the folder so that messages name the files as given.
-    RunResult run(const QStringList &arguments) const;
+    // lxconfig with these arguments, run in the folder so that messages name the files as given,
+    // in the C locale, without VERSION_CONTROL unless the extra "NAME=VALUE" entries set it.
+    RunResult run(const QStringList &arguments, const QStringList &environment = {}) const;
 
 private:
     QTemporaryDir m_dir;

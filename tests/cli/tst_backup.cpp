@@ -1,0 +1,210 @@
+// --backup on every command that replaces a file: the names GNU tools give (FILE~, FILE.~N~),
+// what the backup holds, and that a backup which cannot be made leaves everything as it was.
+
+#include "shellrun.h"
+#include "workspace.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+namespace {
+
+const QByteArray kOld = "the old contents";
+
+} // namespace
+
+class TestBackup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyReplacingCommand_data();
+    void everyReplacingCommand();
+    void kinds_data();
+    void kinds();
+    void simpleReplacesTheOldBackup();
+    void backupKeepsMode();
+    void nothingToBackUp_data();
+    void nothingToBackUp();
+    void besideTheLinkedFile();
+    void backupThatCannotBeMade();
+};
+
+void TestBackup::everyReplacingCommand_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("set") << QStringList{"set", "--backup=simple", "out.bin", "gpsReceiver=0"};
+    QTest::newRow("defaults") << QStringList{"defaults", "-o", "out.bin", "--backup=simple"};
+    QTest::newRow("import") << QStringList{"import", "good.json", "-o", "out.bin",
+                                           "--backup=simple"};
+    QTest::newRow("export") << QStringList{"export", "good.bin", "-o", "out.bin",
+                                           "--backup=simple"};
+    QTest::newRow("resave") << QStringList{"resave", "good.bin", "-o", "out.bin",
+                                           "--backup=simple"};
+}
+
+void TestBackup::everyReplacingCommand()
+{
+    QFETCH(QStringList, arguments);
+    const Workspace workspace;
+    QCOMPARE(workspace.run({"export", "good.bin", "-o", "good.json"}).exitCode, 0);
+    // set needs a file it accepts; for the others any old contents do.
+    const QByteArray old = arguments.first() == "set" ? workspace.read("good.bin") : kOld;
+    workspace.write("out.bin", old);
+    COMPARE_RUN(workspace.run(arguments), 0, "", "");
+    QCOMPARE(workspace.read("out.bin~"), old);
+    QVERIFY(workspace.read("out.bin") != old);
+}
+
+void TestBackup::kinds_data()
+{
+    QTest::addColumn<QStringList>("existing"); // backups there before the command
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("versionControl"); // empty: not set
+    QTest::addColumn<QString>("expected");       // the backup's name
+
+    QTest::newRow("simple") << QStringList{} << "--backup=simple"
+                            << ""
+                            << "f.bin~";
+    QTest::newRow("simple beside numbered") << QStringList{"f.bin.~1~"} << "--backup=simple"
+                                            << ""
+                                            << "f.bin~";
+    QTest::newRow("numbered, first") << QStringList{} << "--backup=numbered"
+                                     << ""
+                                     << "f.bin.~1~";
+    QTest::newRow("numbered after a gap")
+        << QStringList{"f.bin.~1~", "f.bin.~7~"} << "--backup=numbered"
+        << ""
+        << "f.bin.~8~";
+    QTest::newRow("numbered ignores other names")
+        << QStringList{"f.bin.~02~", "f.bin.~x~", "f.bin.~3~.old", "g.bin.~9~", "f.bin.~~"}
+        << "--backup=numbered"
+        << ""
+        << "f.bin.~1~";
+    QTest::newRow("existing without numbered") << QStringList{"f.bin~"} << "--backup=existing"
+                                               << ""
+                                               << "f.bin~";
+    QTest::newRow("existing with numbered") << QStringList{"f.bin.~4~"} << "--backup=existing"
+                                            << ""
+                                            << "f.bin.~5~";
+    QTest::newRow("bare option: existing") << QStringList{"f.bin.~2~"} << "--backup"
+                                           << ""
+                                           << "f.bin.~3~";
+    QTest::newRow("VERSION_CONTROL numbered") << QStringList{} << "--backup"
+                                              << "numbered"
+                                              << "f.bin.~1~";
+    QTest::newRow("VERSION_CONTROL t") << QStringList{} << "--backup"
+                                       << "t"
+                                       << "f.bin.~1~";
+    QTest::newRow("VERSION_CONTROL never") << QStringList{"f.bin.~1~"} << "--backup"
+                                           << "never"
+                                           << "f.bin~";
+    QTest::newRow("the option over VERSION_CONTROL") << QStringList{} << "--backup=simple"
+                                                     << "numbered"
+                                                     << "f.bin~";
+    QTest::newRow("old names: nil") << QStringList{} << "--backup=nil"
+                                    << ""
+                                    << "f.bin~";
+}
+
+void TestBackup::kinds()
+{
+    QFETCH(QStringList, existing);
+    QFETCH(QString, option);
+    QFETCH(QString, versionControl);
+    QFETCH(QString, expected);
+
+    const Workspace workspace;
+    workspace.write("f.bin", kOld);
+    for (const QString &name : existing)
+        workspace.write(name, "an older backup");
+    const QStringList environment =
+        versionControl.isEmpty() ? QStringList{} : QStringList{"VERSION_CONTROL=" + versionControl};
+    COMPARE_RUN(workspace.run({"defaults", option, "-o", "f.bin"}, environment), 0, "", "");
+    QCOMPARE(workspace.read(expected), kOld);
+    QCOMPARE(workspace.read("f.bin"), workspace.read("good.bin"));
+    // Nothing else new in the folder.
+    QStringList names = folderEntries(workspace);
+    for (const QString &name : existing + QStringList{expected})
+        names.removeAll(name);
+    for (const char *sample : {"checksum.bin", "empty.bin", "f.bin", "folder", "good.bin",
+                               "long.bin", "magic.bin", "short.bin", "version.bin"})
+        names.removeAll(sample);
+    QCOMPARE(names, QStringList());
+}
+
+void TestBackup::simpleReplacesTheOldBackup()
+{
+    const Workspace workspace;
+    workspace.write("f.bin", kOld);
+    workspace.write("f.bin~", "an older backup");
+    COMPARE_RUN(workspace.run({"defaults", "--backup=simple", "-o", "f.bin"}), 0, "", "");
+    QCOMPARE(workspace.read("f.bin~"), kOld);
+}
+
+void TestBackup::backupKeepsMode()
+{
+    const Workspace workspace;
+    workspace.write("f.bin", kOld);
+    QVERIFY(QFile::setPermissions(workspace.path("f.bin"),
+                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    const QFile::Permissions mode = QFile::permissions(workspace.path("f.bin"));
+    const QDateTime modified = QFileInfo(workspace.path("f.bin")).lastModified();
+    COMPARE_RUN(workspace.run({"defaults", "--backup=numbered", "-o", "f.bin"}), 0, "", "");
+    QCOMPARE(QFile::permissions(workspace.path("f.bin.~1~")), mode);
+    QCOMPARE(QFileInfo(workspace.path("f.bin.~1~")).lastModified(), modified);
+    QCOMPARE(QFile::permissions(workspace.path("f.bin")), mode);
+}
+
+void TestBackup::nothingToBackUp_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::newRow("a new file") << "new.bin";
+    QTest::newRow("a device") << "/dev/null";
+    QTest::newRow("standard output") << "-";
+}
+
+void TestBackup::nothingToBackUp()
+{
+    QFETCH(QString, output);
+    const Workspace workspace;
+    const QStringList before = folderEntries(workspace);
+    const RunResult result = workspace.run({"export", "good.bin", "--backup=simple", "-o", output});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.exitCode, 0);
+    QStringList after = folderEntries(workspace);
+    after.removeAll(output);
+    QCOMPARE(after, before);
+    QVERIFY(!QFile::exists("/dev/null~"));
+}
+
+void TestBackup::besideTheLinkedFile()
+{
+    const Workspace workspace;
+    QVERIFY(QDir(workspace.path(".")).mkdir("real"));
+    workspace.write("real/f.bin", kOld);
+    QVERIFY(QFile::link("real/f.bin", workspace.path("link.bin")));
+    COMPARE_RUN(workspace.run({"defaults", "--backup=simple", "-o", "link.bin"}), 0, "", "");
+    QCOMPARE(workspace.read("real/f.bin~"), kOld);
+    QVERIFY(!workspace.exists("link.bin~"));
+    QVERIFY(QFileInfo(workspace.path("link.bin")).isSymLink());
+    QCOMPARE(workspace.read("link.bin"), workspace.read("good.bin"));
+}
+
+void TestBackup::backupThatCannotBeMade()
+{
+    // A folder of the backup's name that is not empty cannot be replaced, root or not.
+    const Workspace workspace;
+    workspace.write("f.bin", kOld);
+    QVERIFY(QDir(workspace.path(".")).mkpath("f.bin~/inside"));
+    const QStringList before = folderEntries(workspace);
+    COMPARE_RUN(workspace.run({"defaults", "--backup=simple", "-o", "f.bin"}), 1, "",
+                "lxconfig: f.bin: cannot back up: Is a directory\n");
+    QCOMPARE(workspace.read("f.bin"), kOld);
+    QCOMPARE(folderEntries(workspace), before);
+    QCOMPARE(folderEntries(workspace, "f.bin~"), QStringList{"inside"});
+}
+
+QTEST_GUILESS_MAIN(TestBackup)
+#include "tst_backup.moc"
