@@ -18,7 +18,9 @@ for need in "$@"; do
                          devscripts mandoc strace util-linux)
               # The screen-reader test: accessibility bus and registry, the AT-SPI client
               # library, and a private D-Bus session to run them in.
-              packages+=(at-spi2-core python3-pyatspi dbus dbus-bin) ;;
+              packages+=(at-spi2-core python3-pyatspi dbus dbus-bin)
+              # The shells whose completion of lxconfig is tested.
+              packages+=(bash bash-completion zsh fish) ;;
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
         bench) packages+=(libbenchmark-dev valgrind diffutils) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.

@@ -1,6 +1,9 @@
 #include "commandline.h"
 
 #include "commands.h"
+#include "commandtable.h"
+#include "completion.h"
+#include "helptext.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -11,103 +14,11 @@ namespace lxconfig {
 
 namespace {
 
-enum class OutputOption
-{
-    None,
-    Optional,
-    Required
-};
-
-// The options besides -o that a command accepts.
-enum Accepts : unsigned
-{
-    kNoOption = 0,
-    kForce = 1u << 0,
-    kStrict = 1u << 1,
-    kFormat = 1u << 2,
-    kBackup = 1u << 3,
-    kFields = 1u << 4,
-};
-
-struct Command
-{
-    const char *name;
-    const char *synopsis;
-    const char *summary;
-    int minArguments;
-    int maxArguments; // -1: no limit
-    OutputOption output;
-    unsigned accepts; // Accepts
-    int (*run)(const Invocation &, Output &);
-};
-
-constexpr int kAny = -1;
-
-constexpr Command kCommands[] = {
-    {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAny,
-     OutputOption::None, kStrict, checkCommand},
-    {"show", "show FILE", "list every field with its offset and value", 1, 1, OutputOption::None,
-     kNoOption, showCommand},
-    {"export", "export FILE [-o OUT]", "write the fields as JSON to standard output or OUT", 1, 1,
-     OutputOption::Optional, kBackup, exportCommand},
-    {"import", "import JSON -o FILE", "write the record that a JSON form describes", 1, 1,
-     OutputOption::Required, kBackup, importCommand},
-    {"defaults", "defaults -o FILE", "write what the editor saves from its untouched form", 0, 0,
-     OutputOption::Required, kBackup, defaultsCommand},
-    {"set", "set FILE FIELD=VALUE...", "change fields in place and mend the checksum", 2, kAny,
-     OutputOption::None, kForce | kBackup, setCommand},
-    {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
-     OutputOption::None, kNoOption, diffCommand},
-    {"explain", "explain [NAME]", "where a setting is in the window and what it may hold", 0, 1,
-     OutputOption::None, kNoOption, explainCommand},
-    {"resave", "resave FILE -o OUT", "write what the editor saves after loading FILE", 1, 1,
-     OutputOption::Required, kBackup, resaveCommand},
-};
-
-std::string leftJustified(std::string text, std::size_t width)
-{
-    if (text.size() < width)
-        text.append(width - text.size(), ' ');
-    return text;
-}
-
-std::string helpText()
-{
-    std::string text = "Usage: lxconfig COMMAND ARGUMENTS...\n"
-                       "Checks, shows and edits Lumarex 2.0 configuration files (LXCONFIG.BIN).\n"
-                       "\n"
-                       "Commands:\n";
-    for (const Command &command : kCommands)
-        text += "  " + leftJustified(command.synopsis, 26) + command.summary + '\n';
-    text += "\n"
-            "Options:\n"
-            "  -o, --output FILE         the file to write\n"
-            "  --force                   set: allow a magic or format version the editor refuses\n"
-            "  --strict                  check: also what the editor's load and save change\n"
-            "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
-            "                            (numbered); without KIND, as VERSION_CONTROL says\n"
-            "  --format FORMAT           check, show, diff: text (the default) or json\n"
-            "  --fields PATTERN          apply: only the template's fields that match\n"
-            "  -h, --help                show this help\n"
-            "  --version                 show the version\n"
-            "\n"
-            "Exit status: 0 success, 1 a file is not valid or a command failed\n"
-            "(diff: the files differ), 2 a wrong command line (diff: any failure).\n";
-    return text;
-}
-
-const Command *findCommand(const std::string &name)
-{
-    const auto it = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                 [&name](const Command &command) { return name == command.name; });
-    return it == std::end(kCommands) ? nullptr : it;
-}
-
 bool fits(const Command &command, const Invocation &invocation, bool outputGiven)
 {
     const int count = static_cast<int>(invocation.arguments.size());
     if (count < command.minArguments ||
-        (command.maxArguments != kAny && count > command.maxArguments))
+        (command.maxArguments != kAnyNumber && count > command.maxArguments))
         return false;
     const auto given = [&command](bool used, unsigned option) {
         return used && !(command.accepts & option);
@@ -137,6 +48,7 @@ struct ParsedLine
     std::vector<std::string> positional;
     std::optional<std::string> outputPath; // the last one given
     bool help = false;
+    bool helpAfterCommand = false; // "set --help" asks for set's page, "--help set" for all
     bool version = false;
     bool force = false;
     bool strict = false;
@@ -196,9 +108,13 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
 {
     ParsedLine line;
     bool optionsEnded = false;
-    const auto setFlag = [&line](const std::string &name) {
+    const auto askHelp = [&line] {
+        line.help = true;
+        line.helpAfterCommand = line.helpAfterCommand || !line.positional.empty();
+    };
+    const auto setFlag = [&](const std::string &name) {
         if (name == "h" || name == "help")
-            line.help = true;
+            askHelp();
         else if (name == "version")
             line.version = true;
         else if (name == "force")
@@ -274,7 +190,7 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
                     break;
                 }
                 if (name == "h")
-                    line.help = true;
+                    askHelp();
                 else
                     line.unknown.push_back(name);
             }
@@ -285,14 +201,22 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
 
 int runCommand(const std::vector<std::string> &arguments, Output &output, bool &isDiff)
 {
+    // Asked by the shell completion scripts only, so neither listed nor mixed with options.
+    if (!arguments.empty() && arguments.front() == kCompleteOption)
+        return listCompletions({arguments.begin() + 1, arguments.end()}, output);
     const ParsedLine line = parseLine(arguments);
     if (const std::optional<std::string> error = line.errorText()) {
         output.usageError(*error);
         return kExitError;
     }
     if (line.help) {
-        output.out(helpText());
-        return kExitSuccess;
+        if (!line.helpAfterCommand) {
+            output.out(generalHelp());
+            return kExitSuccess;
+        }
+        Invocation helpFor;
+        helpFor.arguments = {line.positional.front()};
+        return helpCommand(helpFor, output);
     }
     if (line.version) {
         output.out(std::string("lxconfig ") + LXCONFIG_VERSION + '\n');

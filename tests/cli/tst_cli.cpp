@@ -22,6 +22,7 @@ const QString kHelp = QStringLiteral(
     "  diff A [B]                list the fields that differ (one file: from the defaults)\n"
     "  explain [NAME]            where a setting is in the window and what it may hold\n"
     "  resave FILE -o OUT        write what the editor saves after loading FILE\n"
+    "  help [COMMAND]            show this help, or a command's\n"
     "\n"
     "Options:\n"
     "  -o, --output FILE         the file to write\n"
@@ -36,6 +37,20 @@ const QString kHelp = QStringLiteral(
     "\n"
     "Exit status: 0 success, 1 a file is not valid or a command failed\n"
     "(diff: the files differ), 2 a wrong command line (diff: any failure).\n");
+
+const QString kSetHelp = QStringLiteral(
+    "Usage: lxconfig set FILE FIELD=VALUE...\n"
+    "Changes fields of the file in place and mends the checksum; FIELD[i]=VALUE changes one\n"
+    "element of an array field. A file that fails check is refused, and so is a change\n"
+    "the editor would then refuse, unless --force is given.\n"
+    "\n"
+    "Options:\n"
+    "  --force                   write a magic or format version the editor refuses\n"
+    "  --backup[=KIND]           keep the old file: simple, numbered or existing\n"
+    "  -h, --help                show this help\n"
+    "\n"
+    "Example:\n"
+    "  lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600\n");
 
 const QString kTryHelp = QStringLiteral("Try 'lxconfig --help'.\n");
 
@@ -56,6 +71,19 @@ void TestCli::commandLine_data()
     QTest::newRow("--help") << QStringList{"--help"} << 0 << kHelp << "";
     QTest::newRow("-h") << QStringList{"-h"} << 0 << kHelp << "";
     QTest::newRow("help before a command") << QStringList{"--help", "check"} << 0 << kHelp << "";
+    QTest::newRow("help command") << QStringList{"help"} << 0 << kHelp << "";
+    QTest::newRow("help of a command") << QStringList{"help", "set"} << 0 << kSetHelp << "";
+    QTest::newRow("--help after a command") << QStringList{"set", "--help"} << 0 << kSetHelp << "";
+    QTest::newRow("-h after a command and its arguments")
+        << QStringList{"set", "good.bin", "gpsReceiver=0", "-h"} << 0 << kSetHelp << "";
+    QTest::newRow("help of an unknown command")
+        << QStringList{"help", "frobnicate"} << 2 << ""
+        << "lxconfig: unknown command \"frobnicate\"\n" + kTryHelp;
+    QTest::newRow("--help after an unknown command")
+        << QStringList{"frobnicate", "--help"} << 2 << ""
+        << "lxconfig: unknown command \"frobnicate\"\n" + kTryHelp;
+    QTest::newRow("help of two commands")
+        << QStringList{"help", "set", "check"} << 2 << "" << usage("help [COMMAND]");
     QTest::newRow("--version") << QStringList{"--version"} << 0
                                << QStringLiteral("lxconfig " PROJECT_VERSION "\n") << "";
     QTest::newRow("no command") << QStringList{} << 2 << ""

@@ -1,0 +1,105 @@
+#include "commandtable.h"
+
+#include <algorithm>
+
+namespace lxconfig {
+
+const std::vector<Command> &commandTable()
+{
+    static const std::vector<Command> table = {
+        {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAnyNumber,
+         OutputOption::None, kStrict, checkCommand,
+         "For each file one line: \"valid\", or the first check of the editor's load that the\n"
+         "file fails (open, read, magic, format version, checksum). With --strict, after a file\n"
+         "the editor loads, one line per value that its load and an immediate save would not\n"
+         "keep, with the reason. Exit status 1 when a file is not valid or has such a value.\n",
+         "lxconfig check --strict LXCONFIG.BIN"},
+        {"show", "show FILE", "list every field with its offset and value", 1, 1,
+         OutputOption::None, kNoOption, showCommand,
+         "Every field of the record with its name, offset and value; list indexes and mode\n"
+         "codes also with the text the editor shows for them.\n",
+         "lxconfig show LXCONFIG.BIN"},
+        {"export", "export FILE [-o OUT]", "write the fields as JSON to standard output or OUT", 1,
+         1, OutputOption::Optional, kBackup, exportCommand,
+         "The fields as a JSON object, one key per field, for scripts to read or edit and\n"
+         "import to write back.\n",
+         "lxconfig export LXCONFIG.BIN -o config.json"},
+        {"import", "import JSON -o FILE", "write the record that a JSON form describes", 1, 1,
+         OutputOption::Required, kBackup, importCommand,
+         "Writes the record that a JSON form (as export writes it) describes, with a fresh\n"
+         "checksum. A missing, unknown or repeated key or a value out of its field's range is\n"
+         "reported with the key's name, and nothing is written.\n",
+         "lxconfig import config.json -o LXCONFIG.BIN"},
+        {"defaults", "defaults -o FILE", "write what the editor saves from its untouched form", 0,
+         0, OutputOption::Required, kBackup, defaultsCommand,
+         "Writes the exact bytes the editor saves from its untouched form.\n",
+         "lxconfig defaults -o LXCONFIG.BIN"},
+        {"set", "set FILE FIELD=VALUE...", "change fields in place and mend the checksum", 2,
+         kAnyNumber, OutputOption::None, kForce | kBackup, setCommand,
+         "Changes fields of the file in place and mends the checksum; FIELD[i]=VALUE changes one\n"
+         "element of an array field. A file that fails check is refused, and so is a change\n"
+         "the editor would then refuse, unless --force is given.\n",
+         "lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600"},
+        {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
+         OutputOption::None, kNoOption, diffCommand,
+         "The fields that differ between two files with both values; with one file, those\n"
+         "that differ from the editor's defaults. Exit status 1 when they differ, 2 on any\n"
+         "failure.\n",
+         "lxconfig diff LXCONFIG.BIN NEW.BIN"},
+        {"explain", "explain [NAME]", "where a setting is in the window and what it may hold", 0, 1,
+         OutputOption::None, kNoOption, explainCommand,
+         "For the field with that field name, control name or caption: its page and caption,\n"
+         "its items and their stored values, start value, range, place in the file, and the\n"
+         "form rules that lock or preset it. Without a name, every field, page by page.\n",
+         "lxconfig explain Baudrate"},
+        {"resave", "resave FILE -o OUT", "write what the editor saves after loading FILE", 1, 1,
+         OutputOption::Required, kBackup, resaveCommand,
+         "Writes the 167 bytes the editor saves when a freshly started window reads FILE and at\n"
+         "once writes it. A file the editor refuses is reported as check reports it, and\n"
+         "nothing is written.\n",
+         "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
+        {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
+         kNoOption, helpCommand,
+         "Without a command, the list of commands and options; with one, its own page, as\n"
+         "lxconfig COMMAND --help shows it.\n",
+         "lxconfig help set"},
+    };
+    return table;
+}
+
+const Command *findCommand(const std::string &name)
+{
+    const std::vector<Command> &table = commandTable();
+    const auto it = std::find_if(table.begin(), table.end(),
+                                 [&name](const Command &command) { return name == command.name; });
+    return it == table.end() ? nullptr : &*it;
+}
+
+std::vector<OptionInfo> optionsOf(const Command &command)
+{
+    static const OptionInfo output{
+        0, "-o, --output FILE", "the file to write ('-': standard output)", {"-o", "--output"}};
+    static const std::vector<OptionInfo> options = {
+        {kStrict,
+         "--strict",
+         "also every value the editor's load and save would change",
+         {"--strict"}},
+        {kForce, "--force", "write a magic or format version the editor refuses", {"--force"}},
+        {kFormat, "--format FORMAT", "text (the default) or json", {"--format"}},
+        {kFields, "--fields PATTERN", "only the template's fields whose names match", {"--fields"}},
+        {kBackup,
+         "--backup[=KIND]",
+         "keep the old file: simple, numbered or existing",
+         {"--backup", "--backup=simple", "--backup=numbered", "--backup=existing"}},
+    };
+    std::vector<OptionInfo> taken;
+    if (command.output != OutputOption::None)
+        taken.push_back(output);
+    for (const OptionInfo &option : options) {
+        if (command.accepts & option.bit)
+            taken.push_back(option);
+    }
+    return taken;
+}
+
+} // namespace lxconfig

@@ -1,0 +1,54 @@
+#include "helptext.h"
+
+namespace lxconfig {
+
+namespace {
+
+std::string leftJustified(std::string text, std::size_t width)
+{
+    if (text.size() < width)
+        text.append(width - text.size(), ' ');
+    return text;
+}
+
+} // namespace
+
+std::string generalHelp()
+{
+    std::string text = "Usage: lxconfig COMMAND ARGUMENTS...\n"
+                       "Checks, shows and edits Lumarex 2.0 configuration files (LXCONFIG.BIN).\n"
+                       "\n"
+                       "Commands:\n";
+    for (const Command &command : commandTable())
+        text += "  " + leftJustified(command.synopsis, 26) + command.summary + '\n';
+    text += "\n"
+            "Options:\n"
+            "  -o, --output FILE         the file to write\n"
+            "  --force                   set: allow a magic or format version the editor refuses\n"
+            "  --strict                  check: also what the editor's load and save change\n"
+            "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
+            "                            (numbered); without KIND, as VERSION_CONTROL says\n"
+            "  --format FORMAT           check, show, diff: text (the default) or json\n"
+            "  --fields PATTERN          apply: only the template's fields that match\n"
+            "  -h, --help                show this help\n"
+            "  --version                 show the version\n"
+            "\n"
+            "Exit status: 0 success, 1 a file is not valid or a command failed\n"
+            "(diff: the files differ), 2 a wrong command line (diff: any failure).\n";
+    return text;
+}
+
+std::string commandHelp(const Command &command)
+{
+    std::string text =
+        std::string("Usage: lxconfig ") + command.synopsis + "\n" + command.description;
+    const std::vector<OptionInfo> options = optionsOf(command);
+    text += "\nOptions:\n";
+    for (const OptionInfo &option : options)
+        text += "  " + leftJustified(option.names, 26) + option.text + '\n';
+    text += "  " + leftJustified("-h, --help", 26) + "show this help\n";
+    text += std::string("\nExample:\n  ") + command.example + '\n';
+    return text;
+}
+
+} // namespace lxconfig

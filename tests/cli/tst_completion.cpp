@@ -1,0 +1,140 @@
+// lxconfig's shell completion, run in the real shells: bash (the function bash's programmable
+// completion calls), zsh (the function as compinit loads it, with compadd captured) and fish
+// (its own completion engine, `complete -C`). Each completes commands, a command's options,
+// field names after `set FILE` and for `explain`, and file names, from the built lxconfig.
+
+#include "workspace.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+namespace {
+
+const QString kCompletions = QStringLiteral(COMPLETIONS_DIR);
+const QString kHarnesses = QStringLiteral(HARNESS_DIR);
+
+struct Shell
+{
+    QString program;
+    QStringList arguments; // before the words of the line
+};
+
+// The shell's command line for completing `words` (the last one under the cursor), or the
+// reason it cannot run here.
+Shell shellFor(const QString &name, const QStringList &words)
+{
+    if (name == "bash")
+        return {"bash", QStringList{"--norc", "--noprofile", kHarnesses + "/bash-harness.sh",
+                                    kCompletions + "/lxconfig.bash"} +
+                            words};
+    if (name == "zsh")
+        return {"zsh", QStringList{"-f", kHarnesses + "/zsh-harness.zsh", kCompletions} + words};
+    // fish completes a line as typed, the cursor at its end.
+    return {"fish",
+            {"--no-config", "-c",
+             "source " + kCompletions + "/lxconfig.fish; complete -C" +
+                 words.join(' ').prepend('\'').append('\'')}};
+}
+
+} // namespace
+
+class TestCompletion : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void offered_data();
+    void offered();
+    void installedWhereShellsLook();
+};
+
+void TestCompletion::offered_data()
+{
+    QTest::addColumn<QString>("shell");
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QStringList>("expected");
+
+    for (const char *shell : {"bash", "zsh", "fish"}) {
+        const QString files = QString(shell) == "zsh" ? "(files)" : "good.bin";
+        const auto row = [shell](const char *name) {
+            return &QTest::newRow(qPrintable(QString(shell) + ": " + name));
+        };
+        *row("commands") << shell << QStringList{"lxconfig", "e"}
+                         << QStringList{"export", "explain"};
+        *row("commands after an option")
+            << shell << QStringList{"lxconfig", "--format", "json", "d"}
+            << QStringList{"defaults", "diff"};
+        *row("check's options") << shell << QStringList{"lxconfig", "check", "--s"}
+                                << QStringList{"--strict"};
+        *row("set's options") << shell << QStringList{"lxconfig", "set", "--f"}
+                              << QStringList{"--force"};
+        *row("field after set FILE") << shell << QStringList{"lxconfig", "set", "good.bin", "gps"}
+                                     << QStringList{"gpsReceiver="};
+        *row("field after another change")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=0", "serialB"}
+            << QStringList{"serialBaudrate="};
+        *row("explain's names") << shell << QStringList{"lxconfig", "explain", "esoHeat"}
+                                << QStringList{"esoHeatcycle", "esoHeating"};
+        *row("format's values") << shell << QStringList{"lxconfig", "check", "--format", ""}
+                                << QStringList{"json", "text"};
+        *row("help's commands") << shell << QStringList{"lxconfig", "help", "res"}
+                                << QStringList{"resave"};
+        *row("file after check") << shell << QStringList{"lxconfig", "check", "goo"}
+                                 << QStringList{files};
+        *row("file after set") << shell << QStringList{"lxconfig", "set", "goo"}
+                               << QStringList{files};
+    }
+}
+
+void TestCompletion::offered()
+{
+    QFETCH(QString, shell);
+    QFETCH(QStringList, words);
+    QFETCH(QStringList, expected);
+
+    if (QStandardPaths::findExecutable(shell).isEmpty())
+        QSKIP(qPrintable(shell + " is not installed (scripts/install-deps.sh test installs it)"));
+    const Workspace workspace; // good.bin and the other samples
+    const Shell command = shellFor(shell, words);
+    QProcess process;
+    process.setWorkingDirectory(workspace.path("."));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("PATH", QFileInfo(QStringLiteral(LXCONFIG_PATH)).path() + ':' +
+                                   environment.value("PATH"));
+    environment.insert("HOME", workspace.path(".")); // fish keeps its state there
+    process.setProcessEnvironment(environment);
+    process.start(command.program, command.arguments);
+    QVERIFY(process.waitForFinished(-1));
+    const QString err = QString::fromUtf8(process.readAllStandardError());
+    QCOMPARE(process.exitCode(), 0);
+    QStringList offered;
+    for (const QString &line : QString::fromUtf8(process.readAllStandardOutput()).split('\n')) {
+        if (!line.isEmpty())
+            offered << line.section('\t', 0, 0); // fish adds a description after a tab
+    }
+    offered.sort();
+    expected.sort();
+    QVERIFY2(offered == expected, qPrintable(offered.join(' ') + " / stderr: " + err));
+}
+
+void TestCompletion::installedWhereShellsLook()
+{
+    // Each shell finds a command's completion by the command's name in these folders.
+    QVERIFY(QFileInfo::exists(kCompletions + "/lxconfig.bash"));
+    QVERIFY(QFileInfo::exists(kCompletions + "/_lxconfig"));
+    QVERIFY(QFileInfo::exists(kCompletions + "/lxconfig.fish"));
+    if (QStandardPaths::findExecutable("pkg-config").isEmpty())
+        return;
+    QProcess process;
+    process.start("pkg-config", {"--variable=completionsdir", "bash-completion"});
+    process.waitForFinished(-1);
+    const QString bashFolder = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    if (!bashFolder.isEmpty())
+        QCOMPARE(bashFolder, QStringLiteral("/usr/share/bash-completion/completions"));
+}
+
+QTEST_GUILESS_MAIN(TestCompletion)
+#include "tst_completion.moc"
