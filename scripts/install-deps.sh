@@ -20,7 +20,9 @@ for need in "$@"; do
               # library, and a private D-Bus session to run them in.
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin)
               # The shells whose completion of lxconfig is tested.
-              packages+=(bash bash-completion zsh fish) ;;
+              packages+=(bash bash-completion zsh fish)
+              # A real validator for the JSON Schema of lxconfig's form.
+              packages+=(python3 python3-jsonschema) ;;
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
         bench) packages+=(libbenchmark-dev valgrind diffutils) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.

@@ -1,8 +1,9 @@
-// lxconfig check [--strict] FILE...: whether the editor would load each file, and if not, the
-// first of its checks that the file fails; with --strict, after a file the editor loads, every
-// value that its load and an immediate save would not keep.
+// lxconfig check [--strict] [--format json] FILE...: whether the editor would load each file,
+// and if not, the first of its checks that the file fails; with --strict, after a file the
+// editor loads, every value that its load and an immediate save would not keep.
 
 #include "commands.h"
+#include "jsonoutput.h"
 #include "recordfile.h"
 #include "roundtrip.h"
 
@@ -10,6 +11,8 @@ namespace lxconfig {
 
 int checkCommand(const Invocation &invocation, Output &output)
 {
+    const bool json = invocation.format == Format::Json;
+    OrderedJson entries = OrderedJson::array();
     int status = kExitSuccess;
     for (const std::string &path : invocation.arguments) {
         InputBytes bytes;
@@ -17,21 +20,38 @@ int checkCommand(const Invocation &invocation, Output &output)
             readInput(path, kEditorReadSize, Overflow::Ignore, bytes);
         const std::optional<std::string> problem =
             failure ? std::optional<std::string>(failure->reason) : recordProblem(recordOf(bytes));
-        output.out(path + ": " + problem.value_or("valid") + '\n');
         if (problem)
             status = kExitFailure;
         // The editor loads a file of another size all the same, so this is only a warning.
         const std::optional<std::string> sizeNote = failure ? std::nullopt : sizeProblem(bytes);
-        if (sizeNote)
-            output.warning(path + ": " + *sizeNote);
-        if (invocation.strict && !problem) {
-            const auto findings = lumarex::roundtrip::strictFindings(recordOf(bytes).bytes());
+        std::vector<lumarex::roundtrip::Finding> findings;
+        if (invocation.strict && !problem)
+            findings = lumarex::roundtrip::strictFindings(recordOf(bytes).bytes());
+        if (!findings.empty())
+            status = kExitFailure;
+
+        if (json) {
+            OrderedJson entry = checkEntry(path,
+                                           failure   ? "unreadable"
+                                           : problem ? "refused"
+                                                     : "valid",
+                                           problem, sizeNote);
+            if (invocation.strict) {
+                entry["findings"] = OrderedJson::array();
+                for (const lumarex::roundtrip::Finding &finding : findings)
+                    entry["findings"].push_back(findingEntry(finding));
+            }
+            entries.push_back(entry);
+        } else {
+            output.out(path + ": " + problem.value_or("valid") + '\n');
             for (const lumarex::roundtrip::Finding &finding : findings)
                 output.out("  " + finding.text() + '\n');
-            if (!findings.empty())
-                status = kExitFailure;
         }
+        if (sizeNote)
+            output.warning(path + ": " + *sizeNote);
     }
+    if (json)
+        output.out(jsonText(entries));
     return status;
 }
 

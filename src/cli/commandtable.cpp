@@ -8,14 +8,14 @@ const std::vector<Command> &commandTable()
 {
     static const std::vector<Command> table = {
         {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAnyNumber,
-         OutputOption::None, kStrict, checkCommand,
+         OutputOption::None, kStrict | kFormat, checkCommand,
          "For each file one line: \"valid\", or the first check of the editor's load that the\n"
          "file fails (open, read, magic, format version, checksum). With --strict, after a file\n"
          "the editor loads, one line per value that its load and an immediate save would not\n"
          "keep, with the reason. Exit status 1 when a file is not valid or has such a value.\n",
          "lxconfig check --strict LXCONFIG.BIN"},
         {"show", "show FILE", "list every field with its offset and value", 1, 1,
-         OutputOption::None, kNoOption, showCommand,
+         OutputOption::None, kFormat, showCommand,
          "Every field of the record with its name, offset and value; list indexes and mode\n"
          "codes also with the text the editor shows for them.\n",
          "lxconfig show LXCONFIG.BIN"},
@@ -41,7 +41,7 @@ const std::vector<Command> &commandTable()
          "the editor would then refuse, unless --force is given.\n",
          "lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600"},
         {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
-         OutputOption::None, kNoOption, diffCommand,
+         OutputOption::None, kFormat, diffCommand,
          "The fields that differ between two files with both values; with one file, those\n"
          "that differ from the editor's defaults. Exit status 1 when they differ, 2 on any\n"
          "failure.\n",

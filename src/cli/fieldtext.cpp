@@ -14,9 +14,6 @@ using lumarex::ConfigRecord;
 using lumarex::Field;
 using lumarex::FieldInfo;
 
-namespace {
-
-// The offset control clamps what a load gives it to its range and shows its decimals.
 std::string esoOffsetShown(std::uint32_t stored)
 {
     const lumarex::ControlFacts &control = *lumarex::controlOf(Field::esoOffset);
@@ -26,8 +23,6 @@ std::string esoOffsetShown(std::uint32_t stored)
     std::snprintf(text, sizeof text, "%.*f", control.decimals, degrees);
     return text;
 }
-
-} // namespace
 
 std::string elementText(const ConfigRecord &record, const FieldInfo &info, int element)
 {

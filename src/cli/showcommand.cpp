@@ -1,8 +1,9 @@
-// lxconfig show FILE: every field in file order with its offset and value.
+// lxconfig show [--format json] FILE: every field in file order with its offset and value.
 
 #include "commandfiles.h"
 #include "commands.h"
 #include "fieldtext.h"
+#include "jsonoutput.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -30,6 +31,15 @@ int showCommand(const Invocation &invocation, Output &output)
         readInputFile(invocation.arguments.at(0), Checks::Warn, output);
     if (!record)
         return kExitFailure;
+    if (invocation.format == Format::Json) {
+        OrderedJson fields = OrderedJson::array();
+        for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
+            for (int element = 0; element < info.elementCount(); ++element)
+                fields.push_back(elementEntry(*record, info, element));
+        }
+        output.out(jsonText(OrderedJson{{"path", invocation.arguments.at(0)}, {"fields", fields}}));
+        return kExitSuccess;
+    }
     // Name, offset and value in columns: "gpsReceiver             112  2 "Custom settings"".
     const int nameWidth = longestFieldName() + 1;
     for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {

@@ -1,0 +1,271 @@
+// --format json of check, show and diff, read back with the toolkit's JSON parser and compared
+// with written-out values; and the schema of the export form, applied by a real validator
+// (python3-jsonschema) to forms that import accepts and refuses.
+
+#include "workspace.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTest>
+
+namespace {
+
+QJsonDocument parsed(const RunResult &result)
+{
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(result.out.toUtf8(), &error);
+    if (error.error != QJsonParseError::NoError)
+        qWarning("not JSON (%s): %s", qPrintable(error.errorString()), qPrintable(result.out));
+    return document;
+}
+
+QJsonObject object(std::initializer_list<QPair<QString, QJsonValue>> members)
+{
+    return QJsonObject(members);
+}
+
+const QJsonValue kNull(QJsonValue::Null);
+
+} // namespace
+
+class TestJsonOutput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void check();
+    void checkStrict();
+    void show();
+    void diffTwoFiles();
+    void diffFromTheDefaults();
+    void textStaysTheDefault();
+    void schemaAgreesWithImport_data();
+    void schemaAgreesWithImport();
+
+private:
+    Workspace m_workspace;
+};
+
+void TestJsonOutput::init()
+{
+    QCOMPARE(m_workspace.run({"defaults", "-o", "hazards.bin"}).exitCode, 0);
+    QCOMPARE(
+        m_workspace.run({"set", "hazards.bin", "esoHeating=1500", "sbusZoom=17", "esoOffset=-125"})
+            .exitCode,
+        0);
+}
+
+void TestJsonOutput::check()
+{
+    const RunResult result = m_workspace.run(
+        {"check", "--format", "json", "good.bin", "magic.bin", "long.bin", "missing.bin"});
+    QCOMPARE(result.exitCode, 1);
+    // The size warning still goes to standard error as well.
+    QCOMPARE(result.err, "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n");
+    const QJsonArray expected{
+        object({{"path", "good.bin"}, {"verdict", "valid"}, {"reason", kNull}, {"warning", kNull}}),
+        object({{"path", "magic.bin"},
+                {"verdict", "refused"},
+                {"reason", "bad magic \"XONF\" (expected \"CONF\")"},
+                {"warning", kNull}}),
+        object({{"path", "long.bin"},
+                {"verdict", "valid"},
+                {"reason", kNull},
+                {"warning", "200 bytes (a record is 167)"}}),
+        object({{"path", "missing.bin"},
+                {"verdict", "unreadable"},
+                {"reason", "cannot open: No such file or directory"},
+                {"warning", kNull}}),
+    };
+    QCOMPARE(parsed(result).array(), expected);
+    const RunResult good = m_workspace.run({"check", "--format=json", "good.bin"});
+    QCOMPARE(good.exitCode, 0);
+}
+
+void TestJsonOutput::checkStrict()
+{
+    const RunResult result =
+        m_workspace.run({"check", "--strict", "--format", "json", "good.bin", "hazards.bin"});
+    QCOMPARE(result.exitCode, 1);
+    const QJsonArray files = parsed(result).array();
+    QCOMPARE(files.size(), 2);
+    QCOMPARE(files[0].toObject()["findings"].toArray(), QJsonArray());
+    const QJsonArray findings = files[1].toObject()["findings"].toArray();
+    QCOMPARE(findings.size(), 3);
+    QCOMPARE(findings[0].toObject(), object({{"field", "esoHeating"},
+                                             {"offset", 114},
+                                             {"stored", "1500"},
+                                             {"shown", "1000"},
+                                             {"saved", "1000"},
+                                             {"why", "clamped to the range"},
+                                             {"reason", "the box holds 0 to 1000"}}));
+    QCOMPARE(findings[1].toObject()["field"], "esoOffset");
+    QCOMPARE(findings[2].toObject()["field"], "sbusZoom");
+    QCOMPARE(findings[2].toObject()["why"], "no item");
+    QCOMPARE(findings[2].toObject()["saved"], "255");
+}
+
+void TestJsonOutput::show()
+{
+    const RunResult result = m_workspace.run({"show", "--format", "json", "hazards.bin"});
+    QCOMPARE(result.exitCode, 0);
+    const QJsonObject document = parsed(result).object();
+    QCOMPARE(document["path"], "hazards.bin");
+    const QJsonArray fields = document["fields"].toArray();
+    // 43 single fields and two arrays of 20 elements.
+    QCOMPARE(fields.size(), 83);
+    QCOMPARE(fields[0].toObject(),
+             object({{"field", "magic"}, {"element", kNull}, {"offset", 0}, {"value", "CONF"}}));
+    QCOMPARE(fields[3].toObject(),
+             object({{"field", "triggerLow"}, {"element", 0}, {"offset", 12}, {"value", 688}}));
+    QCOMPARE(fields[22].toObject(),
+             object({{"field", "triggerLow"}, {"element", 19}, {"offset", 50}, {"value", 688}}));
+    QJsonObject byName;
+    for (const QJsonValue &field : fields) {
+        if (field.toObject()["element"].isNull())
+            byName[field.toObject()["field"].toString()] = field;
+    }
+    QCOMPARE(
+        byName["gpsReceiver"].toObject(),
+        object({{"field", "gpsReceiver"},
+                {"element", kNull},
+                {"offset", 112},
+                {"value", 2},
+                {"text",
+                 "Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset"}}));
+    QCOMPARE(byName["sbusZoom"].toObject()["text"], kNull); // no item
+    QCOMPARE(byName["esoOffset"].toObject()["value"], -125);
+    QCOMPARE(byName["esoOffset"].toObject()["text"], "10.00");
+    QVERIFY(!byName["esoHeating"].toObject().contains("text"));
+    QCOMPARE(byName["esoHeating"].toObject()["value"], 1500);
+}
+
+void TestJsonOutput::diffTwoFiles()
+{
+    QCOMPARE(m_workspace.run({"set", "good.bin", "gpsReceiver=1", "triggerLow[3]=700"}).exitCode,
+             0);
+    const RunResult result =
+        m_workspace.run({"diff", "--format", "json", "good.bin", "hazards.bin"});
+    QCOMPARE(result.exitCode, 1);
+    const QJsonObject document = parsed(result).object();
+    QCOMPARE(document["a"], "good.bin");
+    QCOMPARE(document["b"], "hazards.bin");
+    const QJsonArray differences = document["differences"].toArray();
+    QStringList names;
+    for (const QJsonValue &difference : differences)
+        names << difference.toObject()["field"].toString();
+    QCOMPARE(names, QStringList({"triggerLow", "gpsReceiver", "esoHeating", "esoOffset", "sbusZoom",
+                                 "crc"}));
+    QCOMPARE(
+        differences[0].toObject(),
+        object({{"field", "triggerLow"}, {"element", 3}, {"offset", 18}, {"a", 700}, {"b", 688}}));
+    QCOMPARE(
+        differences[1].toObject(),
+        object({{"field", "gpsReceiver"},
+                {"element", kNull},
+                {"offset", 112},
+                {"a", 1},
+                {"b", 2},
+                {"aText", "Lumarex GPS Receiver - based on u-blox 6 SuperSense\u00ae chipset"},
+                {"bText",
+                 "Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset"}}));
+    QCOMPARE(differences[4].toObject()["aText"], "Channel 3");
+    QCOMPARE(differences[4].toObject()["bText"], kNull);
+    // The same files: no differences, exit 0.
+    const RunResult same = m_workspace.run({"diff", "--format", "json", "good.bin", "good.bin"});
+    QCOMPARE(same.exitCode, 0);
+    QCOMPARE(parsed(same).object()["differences"].toArray(), QJsonArray());
+}
+
+void TestJsonOutput::diffFromTheDefaults()
+{
+    const RunResult result = m_workspace.run({"diff", "--format", "json", "hazards.bin"});
+    QCOMPARE(result.exitCode, 1);
+    const QJsonObject document = parsed(result).object();
+    QCOMPARE(document["b"], kNull);
+    QCOMPARE(document["differences"].toArray().size(), 4); // three fields and the checksum
+    // A failure is still 2, with nothing on standard output.
+    const RunResult missing = m_workspace.run({"diff", "--format", "json", "missing.bin"});
+    QCOMPARE(missing.exitCode, 2);
+    QCOMPARE(missing.out, QString());
+}
+
+void TestJsonOutput::textStaysTheDefault()
+{
+    COMPARE_RUN(m_workspace.run({"check", "--format", "text", "good.bin"}), 0, "good.bin: valid\n",
+                "");
+    COMPARE_RUN(m_workspace.run({"diff", "hazards.bin"}), 1,
+                "esoHeating: 1500 -> 800\n"
+                "esoOffset: -125 (shown as 10.00) -> 0 (shown as 0.00)\n"
+                "sbusZoom: 17 (no item) -> 2 \"Channel 3\"\n"
+                "crc: 25710 -> 23154\n",
+                "");
+}
+
+void TestJsonOutput::schemaAgreesWithImport_data()
+{
+    QTest::addColumn<QString>("change"); // a key=JSON change to the exported form, or a removal
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("as exported") << "" << true;
+    QTest::newRow("zero fraction") << "gpsReceiver=1.0" << true;
+    QTest::newRow("largest u32") << "headerVersion=4294967295" << true;
+    QTest::newRow("extra key") << "brightness=3" << false;
+    QTest::newRow("missing key") << "-gpsReceiver" << false;
+    QTest::newRow("missing checksum") << "-crc" << false;
+    QTest::newRow("string for a number") << "gpsReceiver=\"1\"" << false;
+    QTest::newRow("past a byte") << "gpsReceiver=256" << false;
+    QTest::newRow("negative u8") << "gpsReceiver=-1" << false;
+    QTest::newRow("fraction") << "esoHeating=2.5" << false;
+    QTest::newRow("i32 below its range") << "esoOffset=-2147483649" << false;
+    QTest::newRow("short array") << "triggerLow=[1,2,3]" << false;
+    QTest::newRow("magic of five") << "magic=\"CONFX\"" << false;
+    QTest::newRow("magic past Latin-1") << "magic=\"CON\\u0100\"" << false;
+    QTest::newRow("magic of Latin-1") << "magic=\"CON\\u00ff\"" << true;
+}
+
+void TestJsonOutput::schemaAgreesWithImport()
+{
+    QFETCH(QString, change);
+    QFETCH(bool, valid);
+    if (!QFile::exists("/usr/bin/python3"))
+        QSKIP("/usr/bin/python3 is missing (scripts/install-deps.sh test installs "
+              "python3-jsonschema)");
+    QCOMPARE(m_workspace.run({"export", "good.bin", "-o", "form.json"}).exitCode, 0);
+    QJsonObject form = QJsonDocument::fromJson(m_workspace.read("form.json")).object();
+    QByteArray text;
+    if (change.startsWith('-')) {
+        form.remove(change.mid(1));
+        text = QJsonDocument(form).toJson();
+    } else if (!change.isEmpty()) {
+        // Spliced in as text, so that numbers keep the exact form given (1.0, 4294967295).
+        const QString key = change.section('=', 0, 0);
+        form.remove(key);
+        text = QJsonDocument(form).toJson();
+        text.insert(text.indexOf('{') + 1,
+                    QStringLiteral("\"%1\": %2,").arg(key, change.section('=', 1)).toUtf8());
+    } else {
+        text = m_workspace.read("form.json");
+    }
+    m_workspace.write("changed.json", text);
+
+    QProcess validator;
+    validator.start("/usr/bin/python3", {QStringLiteral(VALIDATOR), QStringLiteral(FORM_SCHEMA),
+                                         m_workspace.path("changed.json")});
+    QVERIFY(validator.waitForFinished(-1));
+    const QString err = QString::fromUtf8(validator.readAllStandardError());
+    if (err.contains("No module named 'jsonschema'"))
+        QSKIP("python3-jsonschema is not installed (scripts/install-deps.sh test installs it)");
+    QCOMPARE(validator.exitCode(), 0);
+    const QString verdict = QString::fromUtf8(validator.readAllStandardOutput());
+    QVERIFY2(verdict.contains(": valid\n") == valid, qPrintable(verdict));
+
+    const RunResult imported = m_workspace.run({"import", "changed.json", "-o", "imported.bin"});
+    QVERIFY2((imported.exitCode == 0) == valid, qPrintable(imported.err));
+}
+
+QTEST_GUILESS_MAIN(TestJsonOutput)
+#include "tst_jsonoutput.moc"
