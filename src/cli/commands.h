@@ -43,6 +43,7 @@ int setCommand(const Invocation &invocation, Output &output);
 int diffCommand(const Invocation &invocation, Output &output);
 int explainCommand(const Invocation &invocation, Output &output);
 int resaveCommand(const Invocation &invocation, Output &output);
+int applyCommand(const Invocation &invocation, Output &output);
 int helpCommand(const Invocation &invocation, Output &output);
 
 } // namespace lxconfig

@@ -58,6 +58,14 @@ const std::vector<Command> &commandTable()
          "once writes it. A file the editor refuses is reported as check reports it, and\n"
          "nothing is written.\n",
          "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
+        {"apply", "apply TEMPLATE FILE...", "set a JSON template's fields in each file", 2,
+         kAnyNumber, OutputOption::None, kFields | kBackup, applyCommand,
+         "Sets the fields of a JSON form with all or only some keys (as export writes it) in\n"
+         "each file, as set would: checked, locked, changed, the checksum mended, replaced\n"
+         "safely. One line per file; exit status 1 if any failed. --fields takes a comma-\n"
+         "separated list of shell patterns. A warning names the fields a form rule ties to a\n"
+         "field that the template sets without them.\n",
+         "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,
          "Without a command, the list of commands and options; with one, its own page, as\n"

@@ -146,4 +146,17 @@ std::optional<ConfigRecord> recordFromJson(std::string_view json, std::string &e
     return record;
 }
 
+std::optional<std::string> setFieldsFromJson(const nlohmann::json &form, ConfigRecord &record)
+{
+    for (const auto &member : form.items()) {
+        const std::optional<lumarex::Field> field = lumarex::fieldByName(member.key());
+        if (!field)
+            return member.key() + ": no such field";
+        if (std::optional<std::string> problem =
+                readField(member.value(), lumarex::fieldInfo(*field), record))
+            return problem;
+    }
+    return std::nullopt;
+}
+
 } // namespace lxconfig

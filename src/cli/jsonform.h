@@ -7,6 +7,7 @@
 
 #include "configrecord.h"
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,5 +20,11 @@ std::optional<std::string> recordToJson(const lumarex::ConfigRecord &record, std
 // Every key must be there once, known and within its field's range; the crc key is taken as it
 // stands. Nothing, with the reason naming the key in error, otherwise.
 std::optional<lumarex::ConfigRecord> recordFromJson(std::string_view json, std::string &error);
+
+// A JSON form with only some of the keys (a template): each key known and within its field's
+// range, set into the record. The reason naming the key, leaving the record as it may have been
+// changed in part, when one is not.
+std::optional<std::string> setFieldsFromJson(const nlohmann::json &form,
+                                             lumarex::ConfigRecord &record);
 
 } // namespace lxconfig

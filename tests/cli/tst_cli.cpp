@@ -22,6 +22,7 @@ const QString kHelp = QStringLiteral(
     "  diff A [B]                list the fields that differ (one file: from the defaults)\n"
     "  explain [NAME]            where a setting is in the window and what it may hold\n"
     "  resave FILE -o OUT        write what the editor saves after loading FILE\n"
+    "  apply TEMPLATE FILE...    set a JSON template's fields in each file\n"
     "  help [COMMAND]            show this help, or a command's\n"
     "\n"
     "Options:\n"
