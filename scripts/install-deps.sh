@@ -22,7 +22,11 @@ for need in "$@"; do
               # The shells whose completion of lxconfig is tested.
               packages+=(bash bash-completion zsh fish)
               # A real validator for the JSON Schema of lxconfig's form.
-              packages+=(python3 python3-jsonschema) ;;
+              packages+=(python3 python3-jsonschema)
+              # The settings sheet printed by a real browser, and its PDF read back.
+              packages+=(chromium poppler-utils) ;;
+        # The picture of a printed settings sheet in docs/.
+        docs) packages+=(chromium poppler-utils) ;;
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
         bench) packages+=(libbenchmark-dev valgrind diffutils) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.

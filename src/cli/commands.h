@@ -44,6 +44,7 @@ int diffCommand(const Invocation &invocation, Output &output);
 int explainCommand(const Invocation &invocation, Output &output);
 int resaveCommand(const Invocation &invocation, Output &output);
 int applyCommand(const Invocation &invocation, Output &output);
+int reportCommand(const Invocation &invocation, Output &output);
 int helpCommand(const Invocation &invocation, Output &output);
 
 } // namespace lxconfig

@@ -66,6 +66,13 @@ const std::vector<Command> &commandTable()
          "separated list of shell patterns. A warning names the fields a form rule ties to a\n"
          "field that the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
+        {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
+         kAnyNumber, OutputOption::Optional, kBackup, reportCommand,
+         "One HTML page, to print on A4 or Letter, with a section per file: its checksum and\n"
+         "the editor's verdict, the eight pages of the window in tab order with the editor's\n"
+         "captions and item texts, the values that differ from the untouched form marked, and\n"
+         "what the editor would change. Exit status 1 when a file is not valid.\n",
+         "lxconfig report cam*/LXCONFIG.BIN -o settings.html"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,
          "Without a command, the list of commands and options; with one, its own page, as\n"

@@ -356,10 +356,28 @@ Explanation explain(std::optional<std::string_view> name)
         return explanation;
     }
     explanation.found = true;
+    for (const PageOfFields &page : fieldsByPage()) {
+        if (!explanation.lines.empty())
+            explanation.lines.emplace_back();
+        explanation.lines.push_back(page.index < 0 ? std::string("== Not in the window ==")
+                                                   : "== Page " + std::to_string(page.index + 1) +
+                                                         ": " + std::string(page.page) + " ==");
+        for (const FieldInfo *info : page.fields)
+            explainField(*info, explanation.lines);
+    }
+    return explanation;
+}
+
+std::vector<PageOfFields> fieldsByPage()
+{
     std::vector<const FieldInfo *> shown;
-    std::vector<const FieldInfo *> hidden;
-    for (const FieldInfo &info : fieldTable())
-        (controlOfField(info) ? shown : hidden).push_back(&info);
+    PageOfFields hidden;
+    for (const FieldInfo &info : fieldTable()) {
+        if (controlOfField(info))
+            shown.push_back(&info);
+        else
+            hidden.fields.push_back(&info);
+    }
     std::stable_sort(shown.begin(), shown.end(), [](const FieldInfo *a, const FieldInfo *b) {
         const ControlFacts &fa = *controlOfField(*a);
         const ControlFacts &fb = *controlOfField(*b);
@@ -367,23 +385,15 @@ Explanation explain(std::optional<std::string_view> name)
             return fa.pageIndex < fb.pageIndex;
         return formPosition(fa) < formPosition(fb);
     });
-    int page = -1;
+    std::vector<PageOfFields> pages;
     for (const FieldInfo *info : shown) {
         const ControlFacts &facts = *controlOfField(*info);
-        if (facts.pageIndex != page) {
-            page = facts.pageIndex;
-            if (!explanation.lines.empty())
-                explanation.lines.emplace_back();
-            explanation.lines.push_back("== Page " + std::to_string(page + 1) + ": " +
-                                        std::string(facts.page) + " ==");
-        }
-        explainField(*info, explanation.lines);
+        if (pages.empty() || pages.back().index != facts.pageIndex)
+            pages.push_back({facts.pageIndex, facts.page, {}});
+        pages.back().fields.push_back(info);
     }
-    explanation.lines.emplace_back();
-    explanation.lines.push_back("== Not in the window ==");
-    for (const FieldInfo *info : hidden)
-        explainField(*info, explanation.lines);
-    return explanation;
+    pages.push_back(hidden);
+    return pages;
 }
 
 } // namespace lumarex::roundtrip

@@ -4,6 +4,8 @@
 // it is stored, how "Read from file" restores it and which form rules lock or preset it. All of
 // it comes from the form's facts, the field table, the restore order and the rules as data.
 
+#include "configrecord.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,5 +23,15 @@ struct Explanation
 // window ("GPS", "Baudrate"; case and a trailing colon do not matter). Without a name: every
 // field, grouped by page in tab order, then the fields no control shows.
 Explanation explain(std::optional<std::string_view> name = std::nullopt);
+
+// The fields as the window shows them: page by page in tab order, within a page in the form's
+// own order (its keyboard focus order); the fields no control shows come last, in file order.
+struct PageOfFields
+{
+    int index = -1;        // the tab's position from 0; -1 for the fields not in the window
+    std::string_view page; // the tab's text; empty for those
+    std::vector<const FieldInfo *> fields;
+};
+std::vector<PageOfFields> fieldsByPage();
 
 } // namespace lumarex::roundtrip

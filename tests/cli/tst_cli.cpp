@@ -23,6 +23,7 @@ const QString kHelp = QStringLiteral(
     "  explain [NAME]            where a setting is in the window and what it may hold\n"
     "  resave FILE -o OUT        write what the editor saves after loading FILE\n"
     "  apply TEMPLATE FILE...    set a JSON template's fields in each file\n"
+    "  report FILE... [-o OUT]   write a printable settings sheet (HTML)\n"
     "  help [COMMAND]            show this help, or a command's\n"
     "\n"
     "Options:\n"

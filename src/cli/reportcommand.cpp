@@ -1,0 +1,43 @@
+// lxconfig report FILE... [-o OUT.html]: the printable settings sheet of each file, in one
+// HTML page on standard output or in OUT.
+
+#include "commandfiles.h"
+#include "commands.h"
+#include "htmlreport.h"
+#include "recordfile.h"
+
+namespace lxconfig {
+
+int reportCommand(const Invocation &invocation, Output &output)
+{
+    std::vector<ReportedFile> files;
+    int status = kExitSuccess;
+    for (const std::string &path : invocation.arguments) {
+        ReportedFile file;
+        file.path = path;
+        InputBytes bytes;
+        if (const std::optional<Failure> failure =
+                readInput(path, kEditorReadSize, Overflow::Ignore, bytes)) {
+            // Reported on the sheet and here; the other files are still reported.
+            output.error(failure->message());
+            file.unreadable = failure->reason;
+            status = kExitFailure;
+        } else {
+            file.record = recordOf(bytes);
+            file.refusal = recordProblem(file.record);
+            file.sizeNote = sizeProblem(bytes);
+            if (file.refusal)
+                status = kExitFailure;
+        }
+        files.push_back(file);
+    }
+    const std::string html = htmlReport(files);
+    if (invocation.outputPath.empty()) {
+        output.out(html);
+        return status;
+    }
+    return writeOutputFile(invocation.outputPath, html, output, invocation.backup) ? status
+                                                                                   : kExitFailure;
+}
+
+} // namespace lxconfig

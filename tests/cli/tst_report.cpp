@@ -1,0 +1,223 @@
+// lxconfig report: the settings sheet parsed as XML and its values checked against written-out
+// expectations: pages in tab order, captions and item texts, changed values marked, checksum,
+// verdict, findings, escaping, several files, -o and failures.
+
+#include "workspace.h"
+
+#include <QMap>
+#include <QTest>
+#include <QXmlStreamReader>
+
+namespace {
+
+struct Row
+{
+    QString className; // "changed" or "same"
+    QStringList cells; // caption, shown, stored, untouched form, field
+};
+
+struct Section
+{
+    QString title; // the h1: the file's name
+    QStringList paragraphs;
+    QStringList pages;       // the h2 headings in order
+    QMap<QString, Row> rows; // by field
+    QStringList findings;
+};
+
+// The sections of the page; an empty list, after a warning, when the page is not well-formed.
+QVector<Section> parsedReport(const QString &html)
+{
+    QVector<Section> sections;
+    QXmlStreamReader xml(html);
+    QString element;
+    Row row;
+    QString rowField;
+    QString text;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (xml.isStartElement()) {
+            const QString name = xml.name().toString();
+            const QString cls = xml.attributes().value("class").toString();
+            if (name == "section" && cls == "file")
+                sections.append(Section());
+            if (name == "tr" && xml.attributes().hasAttribute("data-field")) {
+                row = Row{cls, {}};
+                rowField = xml.attributes().value("data-field").toString();
+            }
+            text.clear();
+        } else if (xml.isCharacters()) {
+            text += xml.text();
+        } else if (xml.isEndElement() && !sections.isEmpty()) {
+            const QString name = xml.name().toString();
+            Section &section = sections.last();
+            if (name == "h1")
+                section.title = text;
+            else if (name == "h2")
+                section.pages << text;
+            else if (name == "p")
+                section.paragraphs << text;
+            else if (name == "td")
+                row.cells << text;
+            else if (name == "tr" && !rowField.isEmpty()) {
+                section.rows[rowField] = row;
+                rowField.clear();
+            } else if (name == "li")
+                section.findings << text;
+            text.clear();
+        }
+    }
+    if (xml.hasError()) {
+        qWarning("not well-formed: %s at line %lld", qPrintable(xml.errorString()),
+                 xml.lineNumber());
+        return {};
+    }
+    return sections;
+}
+
+const QStringList kPages{"Page 1: Periphery",  "Page 2: Trigger",
+                         "Page 3: GPS/Serial", "Page 4: SBUS/PPM",
+                         "Page 5: Extensions", "Page 6: Isotherms",
+                         "Page 7: Overlay",    "Page 8: Recording Options",
+                         "Not in the window",  "What the editor would change"};
+
+} // namespace
+
+class TestReport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void untouchedFile();
+    void changedFile();
+    void severalFilesAndFailures();
+    void escapedNames();
+    void intoAFile();
+
+private:
+    Workspace m_workspace;
+};
+
+void TestReport::init()
+{
+    QCOMPARE(m_workspace.run({"defaults", "-o", "cam.bin"}).exitCode, 0);
+    QCOMPARE(m_workspace
+                 .run({"set", "cam.bin", "esoHeating=1500", "sbusZoom=17", "gpsReceiver=1",
+                       "gimbalRc=1", "triggerLow[2]=700"})
+                 .exitCode,
+             0);
+}
+
+void TestReport::untouchedFile()
+{
+    const RunResult result = m_workspace.run({"report", "good.bin"});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.exitCode, 0);
+    const QVector<Section> sections = parsedReport(result.out);
+    QCOMPARE(sections.size(), 1);
+    const Section &section = sections.first();
+    QCOMPARE(section.title, "good.bin");
+    QCOMPARE(section.pages, kPages);
+    QVERIFY(section.paragraphs.contains("Verdict: valid: the editor loads it"));
+    QVERIFY(section.paragraphs.contains("Checksum: 0x5A72 (23154); computed 0x5A72"));
+    for (const Row &row : section.rows)
+        QCOMPARE(row.className, "same");
+    QCOMPARE(section.rows.size(), 45);
+    QCOMPARE(section.findings, QStringList());
+    // A few rows, cell by cell: caption, shown, stored, untouched form (empty: the same), field.
+    QCOMPARE(section.rows["gpsReceiver"].cells,
+             QStringList(
+                 {"GPS", "Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset",
+                  "2", "", "gpsReceiver"}));
+    QCOMPARE(section.rows["serialBaudrate"].cells,
+             QStringList({"Baudrate:", "38400", "38400", "", "serialBaudrate"}));
+    QCOMPARE(section.rows["gimbalRc"].cells,
+             QStringList({"Orvid Gimbal RC", "unchecked", "0", "", "gimbalRc"}));
+    QCOMPARE(section.rows["esoOffset"].cells,
+             QStringList({"Offset", "0.00", "0", "", "esoOffset"}));
+    QCOMPARE(section.rows["triggerLow"].cells,
+             QStringList({"Low", "688 in all 20", "688 in all 20", "", "triggerLow"}));
+    QCOMPARE(section.rows["magic"].cells, QStringList({"magic", "CONF", "\"CONF\"", "", "magic"}));
+}
+
+void TestReport::changedFile()
+{
+    const RunResult result = m_workspace.run({"report", "cam.bin"});
+    QCOMPARE(result.exitCode, 0);
+    const QVector<Section> sections = parsedReport(result.out);
+    QCOMPARE(sections.size(), 1);
+    const Section &section = sections.first();
+    QStringList changed;
+    for (auto it = section.rows.begin(); it != section.rows.end(); ++it) {
+        if (it->className == "changed")
+            changed << it.key();
+    }
+    changed.sort();
+    QCOMPARE(changed, QStringList({"crc", "esoHeating", "gimbalRc", "gpsReceiver", "sbusZoom",
+                                   "triggerLow"}));
+    QCOMPARE(section.rows["esoHeating"].cells,
+             QStringList({"Heating", "1500", "1500", "800", "esoHeating"}));
+    QCOMPARE(section.rows["sbusZoom"].cells,
+             QStringList({"Zoom inc./dec.", "(no item)", "17", "Channel 3", "sbusZoom"}));
+    QCOMPARE(section.rows["gpsReceiver"].cells[1],
+             "Lumarex GPS Receiver - based on u-blox 6 SuperSense\u00ae chipset");
+    QCOMPARE(section.rows["gimbalRc"].cells[1], "checked");
+    QCOMPARE(section.rows["triggerLow"].cells[2],
+             "688 688 700 688 688 688 688 688 688 688 688 688 688 688 688 688 688 688 688 688");
+    // The strict findings, as check --strict words them.
+    QVERIFY(section.findings.size() >= 2);
+    QVERIFY(section.findings.contains(
+        "esoHeating (offset 114): stored 1500, shown 1000, saved back 1000; clamped to the "
+        "range: the box holds 0 to 1000"));
+}
+
+void TestReport::severalFilesAndFailures()
+{
+    const RunResult result =
+        m_workspace.run({"report", "good.bin", "magic.bin", "missing.bin", "cam.bin"});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.err, "lxconfig: missing.bin: cannot open: No such file or directory\n");
+    const QVector<Section> sections = parsedReport(result.out);
+    QCOMPARE(sections.size(), 4);
+    QCOMPARE(sections[1].title, "magic.bin");
+    QVERIFY(sections[1].paragraphs.contains(
+        "Verdict: the editor refuses it: bad magic \"XONF\" (expected \"CONF\")"));
+    QCOMPARE(sections[1].pages, kPages.mid(0, 9)); // no findings for a file never loaded
+    QCOMPARE(sections[2].title, "missing.bin");
+    QCOMPARE(sections[2].paragraphs, QStringList{"cannot open: No such file or directory"});
+    QCOMPARE(sections[2].pages, QStringList());
+    QCOMPARE(sections[3].title, "cam.bin");
+}
+
+void TestReport::escapedNames()
+{
+    const QString name = "a<b>&\"c'.bin";
+    m_workspace.write(name, m_workspace.read("good.bin"));
+    const RunResult result = m_workspace.run({"report", name});
+    QCOMPARE(result.exitCode, 0);
+    const QVector<Section> sections = parsedReport(result.out);
+    QCOMPARE(sections.size(), 1);
+    QCOMPARE(sections.first().title, name);
+}
+
+void TestReport::intoAFile()
+{
+    COMPARE_RUN(m_workspace.run({"report", "good.bin", "-o", "sheet.html"}), 0, "", "");
+    const QVector<Section> sections =
+        parsedReport(QString::fromUtf8(m_workspace.read("sheet.html")));
+    QCOMPARE(sections.size(), 1);
+    // Self-contained: nothing to fetch, nothing to run.
+    const QByteArray html = m_workspace.read("sheet.html");
+    QVERIFY(!html.contains("<script"));
+    QVERIFY(!html.contains("src="));
+    QVERIFY(!html.contains("href="));
+    QVERIFY(!html.contains("url("));
+    // A report of a file that cannot be read is still written, and the status says so.
+    const RunResult failed = m_workspace.run({"report", "missing.bin", "-o", "sheet.html"});
+    QCOMPARE(failed.exitCode, 1);
+    QCOMPARE(parsedReport(QString::fromUtf8(m_workspace.read("sheet.html"))).size(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestReport)
+#include "tst_report.moc"
