@@ -108,14 +108,7 @@ void warnAboutTies(const std::string &path, const JsonValue &form, Output &outpu
 bool applyTo(const std::string &path, const JsonValue &form, Backup backup, Output &output)
 {
     OutputFile file;
-    InputBytes bytes;
-    std::optional<Failure> failure = file.openExisting(path);
-    if (!failure)
-        failure = file.read(kEditorReadSize, bytes);
-    if (!report(failure, output))
-        return false;
-    std::optional<lumarex::ConfigRecord> record =
-        checkedRecord(path, bytes, Checks::Require, output);
+    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
     if (!record)
         return false;
     const lumarex::ConfigRecord before = *record;

@@ -36,6 +36,18 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
     return checkedRecord(path, bytes, checks, output);
 }
 
+std::optional<lumarex::ConfigRecord> readForChange(const std::string &path, OutputFile &file,
+                                                   Output &output)
+{
+    InputBytes bytes;
+    std::optional<Failure> failure = file.openExisting(path);
+    if (!failure)
+        failure = file.read(kEditorReadSize, bytes);
+    if (!report(failure, output))
+        return std::nullopt;
+    return checkedRecord(path, bytes, Checks::Require, output);
+}
+
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output, Backup backup)
 {
     OutputFile file;

@@ -26,6 +26,11 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
 std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, const InputBytes &bytes,
                                                    Checks checks, Output &output);
 
+// A file that is read, changed and replaced in place (set, apply): opened and locked until file
+// is destroyed, read, and required to pass the editor's checks. Nothing after an error line.
+std::optional<lumarex::ConfigRecord> readForChange(const std::string &path, OutputFile &file,
+                                                   Output &output);
+
 // Writes the whole file or, after an error line, leaves it as it was; false then. A regular file
 // that is replaced is first kept as the backup asks.
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output,

@@ -32,14 +32,7 @@ int setCommand(const Invocation &invocation, Output &output)
 {
     const std::string &path = invocation.arguments.at(0);
     OutputFile file;
-    InputBytes bytes;
-    std::optional<Failure> failure = file.openExisting(path);
-    if (!failure)
-        failure = file.read(kEditorReadSize, bytes);
-    if (!report(failure, output))
-        return kExitFailure;
-    std::optional<lumarex::ConfigRecord> record =
-        checkedRecord(path, bytes, Checks::Require, output);
+    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
     if (!record)
         return kExitFailure;
     for (auto it = invocation.arguments.begin() + 1; it != invocation.arguments.end(); ++it) {
