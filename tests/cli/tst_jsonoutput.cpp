@@ -63,6 +63,8 @@ private slots:
     void check();
     void checkStrict();
     void show();
+    void showStatuses();
+    void nameNotUtf8();
     void diffTwoFiles();
     void diffFromTheDefaults();
     void textStaysTheDefault();
@@ -168,6 +170,39 @@ void TestJsonOutput::show()
     QCOMPARE(byName["esoOffset"].toObject()["text"], "10.00");
     QVERIFY(!byName["esoHeating"].toObject().contains("text"));
     QCOMPARE(byName["esoHeating"].toObject()["value"], 1500);
+}
+
+void TestJsonOutput::showStatuses()
+{
+    // A file the editor refuses is shown all the same, with the warning; a missing one is an
+    // error with nothing on standard output: the statuses of the text form.
+    const RunResult refused = m_workspace.run({"show", "--format", "json", "magic.bin"});
+    QCOMPARE(refused.exitCode, 0);
+    QCOMPARE(refused.err, "lxconfig: warning: magic.bin: bad magic \"XONF\" (expected \"CONF\")\n");
+    QCOMPARE(parsed(refused).object()["fields"].toArray()[0].toObject()["value"], "XONF");
+    COMPARE_RUN(m_workspace.run({"show", "--format", "json", "missing.bin"}), 1, "",
+                "lxconfig: missing.bin: cannot open: No such file or directory\n");
+}
+
+void TestJsonOutput::nameNotUtf8()
+{
+    // The name "caf\xe9.bin" (Latin-1), made and passed by the shell as raw bytes: the JSON stays
+    // UTF-8, with U+FFFD for the stray byte.
+    QProcess shell;
+    shell.setWorkingDirectory(m_workspace.path("."));
+    shell.start("/bin/sh", {"-c",
+                            "name=$(printf 'caf\\351.bin') && cp good.bin \"$name\" && "
+                            "\"$0\" check --format json \"$name\"; status=$?; "
+                            // Removed here, as the toolkit cannot name it to remove it.
+                            "rm \"$name\" && exit $status",
+                            QStringLiteral(LXCONFIG_PATH)});
+    QVERIFY(shell.waitForFinished(-1));
+    QCOMPARE(shell.exitCode(), 0);
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(shell.readAllStandardOutput(), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    QCOMPARE(document.array()[0].toObject()["path"], QStringLiteral("caf\uFFFD.bin"));
+    QCOMPARE(document.array()[0].toObject()["verdict"], "valid");
 }
 
 void TestJsonOutput::diffTwoFiles()
