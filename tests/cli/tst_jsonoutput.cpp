@@ -30,26 +30,34 @@ QJsonObject object(std::initializer_list<QPair<QString, QJsonValue>> members)
 
 const QJsonValue kNull(QJsonValue::Null);
 
-// Sets VERDICT to python3-jsonschema's word on a file in the workspace, "valid" or "invalid"; skips
-// the test, saying why, when the validator cannot run on this machine. A macro because QSKIP and
-// QVERIFY must return from the test function itself.
-#define SCHEMA_VERDICT(workspace, name, verdict)                                                   \
+// Sets OUTPUT to python3-jsonschema's words on files in the workspace, one line "PATH: valid" or
+// "PATH: invalid: REASON" each; skips the test, saying why, when the validator cannot run on this
+// machine. Macros because QSKIP and QVERIFY must return from the test function itself.
+#define SCHEMA_VERDICTS(workspace, names, output)                                                  \
     do {                                                                                           \
         if (!QFile::exists("/usr/bin/python3"))                                                    \
             QSKIP("/usr/bin/python3 is missing (scripts/install-deps.sh test installs "            \
                   "python3-jsonschema)");                                                          \
+        QStringList arguments_{QStringLiteral(VALIDATOR), QStringLiteral(FORM_SCHEMA)};            \
+        for (const QString &name_ : (names))                                                       \
+            arguments_ << (workspace).path(name_);                                                 \
         QProcess validator_;                                                                       \
-        validator_.start(                                                                          \
-            "/usr/bin/python3",                                                                    \
-            {QStringLiteral(VALIDATOR), QStringLiteral(FORM_SCHEMA), (workspace).path(name)});     \
+        validator_.start("/usr/bin/python3", arguments_);                                          \
         QVERIFY(validator_.waitForFinished(-1));                                                   \
         if (QString::fromUtf8(validator_.readAllStandardError())                                   \
                 .contains("No module named 'jsonschema'"))                                         \
             QSKIP("python3-jsonschema is not installed (scripts/install-deps.sh test installs "    \
                   "it)");                                                                          \
         QCOMPARE(validator_.exitCode(), 0);                                                        \
-        verdict =                                                                                  \
-            QString::fromUtf8(validator_.readAllStandardOutput()).section(": ", 1).trimmed();      \
+        output = QString::fromUtf8(validator_.readAllStandardOutput());                            \
+    } while (false)
+
+// Sets VERDICT to the word on one file: "valid" or "invalid".
+#define SCHEMA_VERDICT(workspace, name, verdict)                                                   \
+    do {                                                                                           \
+        QString output_;                                                                           \
+        SCHEMA_VERDICTS(workspace, QStringList{name}, output_);                                    \
+        verdict = output_.section(": ", 1, 1).trimmed();                                           \
     } while (false)
 
 } // namespace
@@ -72,6 +80,7 @@ private slots:
     void exportsFitTheSchema();
     void schemaAgreesWithImport_data();
     void schemaAgreesWithImport();
+    void schemaAgreesWithImportAtEveryBound();
     void duplicateKeysOnlyImportSees();
 
 private:
@@ -352,6 +361,55 @@ void TestJsonOutput::exportsFitTheSchema()
     // And import takes the form back to the same bytes, checksum aside (import computes it).
     QCOMPARE(m_workspace.run({"import", "form.json", "-o", "back.bin"}).exitCode, 0);
     QCOMPARE(m_workspace.read("back.bin").left(165), m_workspace.read("varied.bin").left(165));
+}
+
+void TestJsonOutput::schemaAgreesWithImportAtEveryBound()
+{
+    // Each number field at the schema's minimum and maximum and one past each: the validator and
+    // import must give the same answer on every form, so that no field has a bound of its own
+    // in import that the schema misses.
+    QFile schemaFile(QStringLiteral(FORM_SCHEMA));
+    QVERIFY(schemaFile.open(QIODevice::ReadOnly));
+    const QJsonObject properties =
+        QJsonDocument::fromJson(schemaFile.readAll()).object()["properties"].toObject();
+    QCOMPARE(m_workspace.run({"export", "good.bin", "-o", "form.json"}).exitCode, 0);
+    const QJsonObject form = QJsonDocument::fromJson(m_workspace.read("form.json")).object();
+    QStringList names;
+    QStringList variants;
+    for (auto field = properties.begin(); field != properties.end(); ++field) {
+        const QJsonObject schema = field.value().toObject();
+        if (schema["type"] != "integer")
+            continue;
+        // Whole numbers up to 2^53 are exact in a double.
+        const auto minimum = static_cast<qint64>(schema["minimum"].toDouble());
+        const auto maximum = static_cast<qint64>(schema["maximum"].toDouble());
+        for (const qint64 value : {minimum - 1, minimum, maximum, maximum + 1}) {
+            QJsonObject changed = form;
+            changed.remove(field.key());
+            QByteArray text = QJsonDocument(changed).toJson();
+            text.insert(text.indexOf('{') + 1,
+                        QStringLiteral("\"%1\": %2,").arg(field.key()).arg(value).toUtf8());
+            const QString name = QStringLiteral("bound-%1.json").arg(names.size());
+            m_workspace.write(name, text);
+            names << name;
+            variants << field.key() + '=' + QString::number(value);
+        }
+    }
+    QCOMPARE(names.size(), 4 * 42); // every field but the magic and the two arrays
+
+    QString verdicts;
+    SCHEMA_VERDICTS(m_workspace, names, verdicts);
+    const QStringList lines = verdicts.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), names.size());
+    int accepted = 0;
+    for (int i = 0; i < names.size(); ++i) {
+        const bool schemaAccepts = lines[i].endsWith(": valid");
+        const RunResult imported = m_workspace.run({"import", names[i], "-o", "bound.bin"});
+        QVERIFY2(schemaAccepts == (imported.exitCode == 0),
+                 qPrintable(variants[i] + ": " + lines[i] + " / " + imported.err));
+        accepted += schemaAccepts ? 1 : 0;
+    }
+    QCOMPARE(accepted, 2 * 42);
 }
 
 void TestJsonOutput::duplicateKeysOnlyImportSees()
