@@ -1,16 +1,20 @@
 # bash completion for lxconfig. The words come from lxconfig itself (lxconfig --complete ...):
 # commands and options from its command table, field names from the record's field table.
+# bash-completion loads this file, so its helpers are at hand: _init_completion puts back
+# together the words that bash splits at "=" (--backup=numbered, gpsReceiver=0), without which
+# the arguments after such a word would be miscounted.
 
-# The command word of the line: the first word that is neither an option nor an option's value.
+# The command word of the line and its index: the first word that is neither an option nor an
+# option's value.
 _lxconfig_command()
 {
     local i
-    for ((i = 1; i < COMP_CWORD; i++)); do
-        case ${COMP_WORDS[i]} in
+    for ((i = 1; i < cword; i++)); do
+        case ${words[i]} in
             -o | --output | --format | --fields) ((i++)) ;;
             -*) ;;
             *)
-                printf '%s %s\n' "${COMP_WORDS[i]}" "$i"
+                printf '%s %s\n' "${words[i]}" "$i"
                 return
                 ;;
         esac
@@ -19,13 +23,15 @@ _lxconfig_command()
 
 _lxconfig()
 {
-    local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]}
+    local cur prev words cword split
+    _init_completion -s || return
     local found command at
-    COMPREPLY=()
+    found=$(_lxconfig_command)
+    command=${found% *}
+    at=${found#* }
     case $prev in
         -o | --output)
-            compopt -o filenames 2>/dev/null
-            mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+            _filedir
             return
             ;;
         --format)
@@ -36,10 +42,17 @@ _lxconfig()
             mapfile -t COMPREPLY < <(compgen -W "$(lxconfig --complete fields)" -- "$cur")
             return
             ;;
+        --backup)
+            # --backup=KIND: the kinds as the command's own option list spells them.
+            if [[ $split == true ]]; then
+                local kinds
+                kinds=$(lxconfig --complete options "$command" | sed -n 's/^--backup=//p')
+                mapfile -t COMPREPLY < <(compgen -W "$kinds" -- "$cur")
+                return
+            fi
+            ;;
     esac
-    found=$(_lxconfig_command)
-    command=${found% *}
-    at=${found#* }
+    $split && return # the value of an option that takes none
     if [[ -z $found ]]; then
         if [[ $cur == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W "--help --version" -- "$cur")
@@ -54,8 +67,8 @@ _lxconfig()
     fi
     # The arguments after the command word, options and their values left out.
     local i arguments=0
-    for ((i = at + 1; i < COMP_CWORD; i++)); do
-        case ${COMP_WORDS[i]} in
+    for ((i = at + 1; i < cword; i++)); do
+        case ${words[i]} in
             -o | --output | --format | --fields) ((i++)) ;;
             -*) ;;
             *) ((arguments++)) ;;
@@ -72,18 +85,14 @@ _lxconfig()
             ;;
         set)
             if ((arguments == 0)); then
-                compopt -o filenames 2>/dev/null
-                mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+                _filedir
             elif [[ $cur != *=* ]]; then
                 compopt -o nospace 2>/dev/null
                 mapfile -t COMPREPLY < <(compgen -S = -W "$(lxconfig --complete fields)" -- "$cur")
             fi
             ;;
         defaults) ;;
-        *)
-            compopt -o filenames 2>/dev/null
-            mapfile -t COMPREPLY < <(compgen -f -- "$cur")
-            ;;
+        *) _filedir ;;
     esac
 }
 complete -F _lxconfig lxconfig

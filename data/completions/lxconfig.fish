@@ -70,9 +70,22 @@ complete -c lxconfig -n __lxconfig_needs_command -l help -l version
 complete -c lxconfig -n 'not __lxconfig_needs_command' -a '(__lxconfig_options)'
 complete -c lxconfig -n '__lxconfig_at help 0' -a '(lxconfig --complete commands)'
 complete -c lxconfig -n '__lxconfig_at explain 0' -a '(lxconfig --complete fields)'
-complete -c lxconfig -n 'not __lxconfig_needs_command; and not __lxconfig_at set 0; and __lxconfig_command_and_count | string match -q "set *"' -a '(lxconfig --complete fields | string replace -r \'$\' =)'
+complete -c lxconfig -n 'not __lxconfig_needs_command; and not __lxconfig_at set 0; and __lxconfig_command_and_count | string match -q "set *"; and not string match -q -- "*=*" (commandline -ct)' -a '(lxconfig --complete fields | string replace -r \'$\' =)'
 complete -c lxconfig -n __lxconfig_wants_files -F
 # The values of options; the options themselves come with the command's own list above.
 complete -c lxconfig -n '__lxconfig_after -o --output' -F
 complete -c lxconfig -n '__lxconfig_after --format' -x -a 'text json'
 complete -c lxconfig -n '__lxconfig_after --fields' -x -a '(lxconfig --complete fields)'
+# A value joined to its option (--format=json), offered whole as fish matches the whole word.
+function __lxconfig_joined_values
+    set -l found (string split ' ' -- (__lxconfig_command_and_count))
+    switch (commandline -ct)
+        case '--format=*'
+            string replace -r '^' -- --format= text json
+        case '--fields=*'
+            lxconfig --complete fields | string replace -r '^' -- --fields=
+        case '--backup=*'
+            lxconfig --complete options $found[1] | string match -- '--backup=*'
+    end
+end
+complete -c lxconfig -n 'string match -q -- "--*=*" (commandline -ct)' -x -a '(__lxconfig_joined_values)'

@@ -40,14 +40,17 @@ std::string generalHelp()
 
 std::string commandHelp(const Command &command)
 {
+    // A command without a page of its own yet gets its line of the general help.
     std::string text =
-        std::string("Usage: lxconfig ") + command.synopsis + "\n" + command.description;
+        std::string("Usage: lxconfig ") + command.synopsis + "\n" +
+        (command.description ? command.description : std::string(command.summary) + ".\n");
     const std::vector<OptionInfo> options = optionsOf(command);
     text += "\nOptions:\n";
     for (const OptionInfo &option : options)
         text += "  " + leftJustified(option.names, 26) + option.text + '\n';
     text += "  " + leftJustified("-h, --help", 26) + "show this help\n";
-    text += std::string("\nExample:\n  ") + command.example + '\n';
+    if (command.example)
+        text += std::string("\nExample:\n  ") + command.example + '\n';
     return text;
 }
 

@@ -2,6 +2,7 @@
 
 #include "tst_cli.h"
 
+#include "helptext.h"
 #include "workspace.h"
 
 #include <QTest>
@@ -165,6 +166,30 @@ void TestCli::commandLine()
     COMPARE_RUN(workspace.run(arguments), exitCode, out, err);
     // A refused command line writes nothing.
     QVERIFY(!workspace.exists("x.bin"));
+}
+
+void TestCli::helpOfCommandWithoutPage()
+{
+    // A command added to the table before its page is written: its line of the general help.
+    const lxconfig::Command command{"frobnicate",
+                                    "frobnicate FILE -o OUT",
+                                    "turn the knobs",
+                                    1,
+                                    1,
+                                    lxconfig::OutputOption::Required,
+                                    lxconfig::kBackup,
+                                    nullptr,
+                                    nullptr,
+                                    nullptr};
+    QCOMPARE(QString::fromStdString(lxconfig::commandHelp(command)),
+             QStringLiteral(
+                 "Usage: lxconfig frobnicate FILE -o OUT\n"
+                 "turn the knobs.\n"
+                 "\n"
+                 "Options:\n"
+                 "  -o, --output FILE         the file to write ('-': standard output)\n"
+                 "  --backup[=KIND]           keep the old file: simple, numbered or existing\n"
+                 "  -h, --help                show this help\n"));
 }
 
 QTEST_MAIN(TestCli)

@@ -13,6 +13,7 @@ private slots:
     // tst_cli.cpp
     void commandLine_data();
     void commandLine();
+    void helpOfCommandWithoutPage();
 
     // checktests.cpp
     void check_data();

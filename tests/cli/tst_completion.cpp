@@ -1,7 +1,8 @@
 // lxconfig's shell completion, run in the real shells: bash (the function bash's programmable
-// completion calls), zsh (the function as compinit loads it, with compadd captured) and fish
-// (its own completion engine, `complete -C`). Each completes commands, a command's options,
-// field names after `set FILE` and for `explain`, and file names, from the built lxconfig.
+// completion calls, bash-completion loaded, the line cut into words as bash cuts it), zsh (the
+// function as compinit loads it, with compadd captured) and fish (its own completion engine,
+// `complete -C`). Each completes commands, a command's options, field names after `set FILE` and
+// for `explain`, and file names, from the built lxconfig.
 
 #include "workspace.h"
 
@@ -15,6 +16,8 @@ namespace {
 
 const QString kCompletions = QStringLiteral(COMPLETIONS_DIR);
 const QString kHarnesses = QStringLiteral(HARNESS_DIR);
+// What bash-harness.sh loads first, as an interactive bash does.
+const QString kBashCompletion = QStringLiteral("/usr/share/bash-completion/bash_completion");
 
 struct Shell
 {
@@ -86,6 +89,22 @@ void TestCompletion::offered_data()
                                  << QStringList{files};
         *row("file after set") << shell << QStringList{"lxconfig", "set", "goo"}
                                << QStringList{files};
+        // Words that hold an "=", which bash also cuts there.
+        const bool bash = QString(shell) == "bash"; // bash replaces only what follows the "="
+        *row("file after --backup=KIND")
+            << shell << QStringList{"lxconfig", "set", "--backup=numbered", "goo"}
+            << QStringList{files};
+        *row("field after --backup=KIND")
+            << shell << QStringList{"lxconfig", "set", "--backup=numbered", "good.bin", "gps"}
+            << QStringList{"gpsReceiver="};
+        *row("nothing after FIELD=")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver="} << QStringList{};
+        *row("backup's kinds") << shell << QStringList{"lxconfig", "set", "--backup=n"}
+                               << QStringList{bash ? "numbered" : "--backup=numbered"};
+        *row("format's value joined") << shell << QStringList{"lxconfig", "check", "--format=j"}
+                                      << QStringList{bash ? "json" : "--format=json"};
+        *row("fields' names joined") << shell << QStringList{"lxconfig", "apply", "--fields=gpsR"}
+                                     << QStringList{bash ? "gpsReceiver" : "--fields=gpsReceiver"};
     }
 }
 
@@ -97,6 +116,8 @@ void TestCompletion::offered()
 
     if (QStandardPaths::findExecutable(shell).isEmpty())
         QSKIP(qPrintable(shell + " is not installed (scripts/install-deps.sh test installs it)"));
+    if (shell == "bash" && !QFileInfo::exists(kBashCompletion))
+        QSKIP("bash-completion is not installed (scripts/install-deps.sh test installs it)");
     const Workspace workspace; // good.bin and the other samples
     const Shell command = shellFor(shell, words);
     QProcess process;

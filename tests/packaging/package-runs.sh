@@ -48,6 +48,8 @@ for file in usr/bin/lumarex-config usr/bin/lxconfig \
     usr/share/icons/hicolor/{16x16,22x22,24x24,32x32,48x48,64x64,128x128,256x256}/apps/org.lumarex.config.png \
     usr/share/metainfo/org.lumarex.config.metainfo.xml \
     usr/share/man/man1/lumarex-config.1.gz usr/share/man/man1/lxconfig.1.gz \
+    usr/share/bash-completion/completions/lxconfig usr/share/zsh/vendor-completions/_lxconfig \
+    usr/share/fish/vendor_completions.d/lxconfig.fish \
     usr/share/doc/lumarex-config/copyright usr/share/doc/lumarex-config/changelog.gz; do
     grep -qxF "$file" "$work/contents" || { echo "FAIL: missing from the package: $file" >&2; exit 1; }
 done

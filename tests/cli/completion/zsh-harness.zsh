@@ -1,6 +1,7 @@
 # Runs lxconfig's zsh completion function for the words given, the last one being the word under
 # the cursor. compadd and _files stand in for the completion system and print what they would
-# offer (_files: "(files)"); the function itself runs in zsh as compinit loads it.
+# offer (_files: "(files)"), as the word would stand on the line (IPREFIX, the part the function
+# keeps in front, included); the function itself runs in zsh as compinit loads it.
 # Usage: zsh -f zsh-harness.zsh COMPLETION-FOLDER WORD...
 compadd() {
   local suffix=
@@ -14,7 +15,7 @@ compadd() {
   done
   local word
   for word in "$@"; do
-    [[ $word == ${PREFIX}* ]] && print -r -- "$word$suffix"
+    [[ $word == ${PREFIX}* ]] && print -r -- "$IPREFIX$word$suffix"
   done
 }
 _files() { print -r -- "(files)" }
@@ -25,4 +26,5 @@ shift
 words=("$@")
 CURRENT=$#
 PREFIX=$words[CURRENT]
+IPREFIX=
 _lxconfig || true # a completion that offers nothing is not a failure
