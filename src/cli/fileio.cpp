@@ -282,6 +282,7 @@ std::optional<Failure> OutputFile::lock(bool forReading)
                           static_cast<unsigned long long>(locked.st_ino));
             m_tempName = name;
             ::unlinkat(m_folderFd, m_tempName.c_str(), 0);
+            ::unlinkat(m_folderFd, backupPendingName().c_str(), 0);
             return std::nullopt;
         }
         if (m_lockedFd != m_folderFd)
@@ -453,8 +454,10 @@ long highestBackupNumber(int folderFd, const std::string &base)
 
 } // namespace
 
-// The old file (locked, so no other lxconfig replaces it meanwhile) gets the backup's name; an
-// older backup of that name goes first, as GNU tools replace theirs. Returns 0 or the errno.
+// The old file (locked, so no other lxconfig replaces it meanwhile) gets the backup's name. It is
+// linked in under a name of its own first and renamed over the backup's name, so that an older
+// backup of that name is replaced in one step, as GNU tools replace theirs, and stays whole when
+// the new one cannot be made. Returns 0 or the errno.
 int OutputFile::linkBackup(const std::string &base, Backup backup) const
 {
     std::string name = base + '~';
@@ -465,14 +468,28 @@ int OutputFile::linkBackup(const std::string &base, Backup backup) const
         if (backup == Backup::Numbered || highest > 0)
             name = base + ".~" + std::to_string(highest + 1) + '~';
     }
-    if (::unlinkat(m_folderFd, name.c_str(), 0) == -1 && errno != ENOENT)
-        return errno;
-    int linked = ::linkat(m_lockedFd, "", m_folderFd, name.c_str(), AT_EMPTY_PATH);
+    const std::string pending = backupPendingName();
+    const TerminationSignalsHeld held;
+    int linked = ::linkat(m_lockedFd, "", m_folderFd, pending.c_str(), AT_EMPTY_PATH);
     if (linked == -1 && errno != EEXIST) {
         const std::string self = "/proc/self/fd/" + std::to_string(m_lockedFd);
-        linked = ::linkat(AT_FDCWD, self.c_str(), m_folderFd, name.c_str(), AT_SYMLINK_FOLLOW);
+        linked = ::linkat(AT_FDCWD, self.c_str(), m_folderFd, pending.c_str(), AT_SYMLINK_FOLLOW);
     }
-    return linked == -1 ? errno : 0;
+    if (linked == -1)
+        return errno;
+    const int renamed = ::renameat(m_folderFd, pending.c_str(), m_folderFd, name.c_str());
+    const int error = renamed == -1 ? errno : 0;
+    // Gone after the rename, unless the backup's name was already a link of the old file (then
+    // rename leaves both names); and on a failure.
+    ::unlinkat(m_folderFd, pending.c_str(), 0);
+    return error;
+}
+
+// Like the temporary file's name, owned by the lock's holder: left by a holder that was killed
+// between link and rename, it is removed by the next one to lock the file.
+std::string OutputFile::backupPendingName() const
+{
+    return m_tempName + '~';
 }
 
 } // namespace lxconfig

@@ -96,6 +96,7 @@ private:
     std::optional<Failure> writeStream(std::string_view data);
     std::optional<Failure> writeReplacement(std::string_view data, Backup backup);
     int linkBackup(const std::string &base, Backup backup) const;
+    std::string backupPendingName() const;
     Failure failure(const char *what, int error) const;
 
     std::string m_given;  // as on the command line, for messages

@@ -29,6 +29,10 @@ private slots:
     void nothingToBackUp();
     void besideTheLinkedFile();
     void backupThatCannotBeMade();
+    void backupKeepsOwner();
+    void olderBackupKeptOnFailure_data();
+    void olderBackupKeptOnFailure();
+    void killedBeforeTheBackupsRename();
 };
 
 void TestBackup::everyReplacingCommand_data()
@@ -42,6 +46,9 @@ void TestBackup::everyReplacingCommand_data()
                                            "--backup=simple"};
     QTest::newRow("resave") << QStringList{"resave", "good.bin", "-o", "out.bin",
                                            "--backup=simple"};
+    QTest::newRow("report") << QStringList{"report", "good.bin", "-o", "out.bin",
+                                           "--backup=simple"};
+    QTest::newRow("apply") << QStringList{"apply", "--backup=simple", "t.json", "out.bin"};
 }
 
 void TestBackup::everyReplacingCommand()
@@ -49,10 +56,14 @@ void TestBackup::everyReplacingCommand()
     QFETCH(QStringList, arguments);
     const Workspace workspace;
     QCOMPARE(workspace.run({"export", "good.bin", "-o", "good.json"}).exitCode, 0);
-    // set needs a file it accepts; for the others any old contents do.
-    const QByteArray old = arguments.first() == "set" ? workspace.read("good.bin") : kOld;
+    workspace.write("t.json", R"({"esoHeating": 500})");
+    // set and apply need a file they accept; for the others any old contents do.
+    const bool changesInPlace = arguments.first() == "set" || arguments.first() == "apply";
+    const QByteArray old = changesInPlace ? workspace.read("good.bin") : kOld;
     workspace.write("out.bin", old);
-    COMPARE_RUN(workspace.run(arguments), 0, "", "");
+    const RunResult result = workspace.run(arguments);
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.exitCode, 0);
     QCOMPARE(workspace.read("out.bin~"), old);
     QVERIFY(workspace.read("out.bin") != old);
 }
@@ -204,6 +215,79 @@ void TestBackup::backupThatCannotBeMade()
     QCOMPARE(workspace.read("f.bin"), kOld);
     QCOMPARE(folderEntries(workspace), before);
     QCOMPARE(folderEntries(workspace, "f.bin~"), QStringList{"inside"});
+}
+
+void TestBackup::backupKeepsOwner()
+{
+    const Workspace workspace;
+    workspace.write("f.bin", kOld);
+    // Another owner than the one running the test: only root can give a file one.
+    const ShellResult chown = runShell(workspace, "chown 12345:12346 f.bin");
+    if (chown.exitCode != 0)
+        QSKIP("cannot give a file another owner here (chown needs root)");
+    COMPARE_RUN(workspace.run({"defaults", "--backup=simple", "-o", "f.bin"}), 0, "", "");
+    for (const char *name : {"f.bin~", "f.bin"}) {
+        const QFileInfo info(workspace.path(name));
+        QCOMPARE(info.ownerId(), 12345u);
+        QCOMPARE(info.groupId(), 12346u);
+    }
+    QCOMPARE(workspace.read("f.bin~"), kOld);
+}
+
+void TestBackup::olderBackupKeptOnFailure_data()
+{
+    QTest::addColumn<QString>("injection"); // strace's -e inject=... for the failing call
+    QTest::addColumn<QString>("reason");
+    // The backup's own link and its rename over the older backup are the first of their calls.
+    QTest::newRow("link") << "linkat:error=EMLINK:when=1+"
+                          << "Too many links";
+    QTest::newRow("rename") << "renameat:error=EXDEV:when=1"
+                            << "Invalid cross-device link";
+}
+
+void TestBackup::olderBackupKeptOnFailure()
+{
+    // An older backup is replaced in one step: a backup that cannot be made leaves it whole.
+    QFETCH(QString, injection);
+    QFETCH(QString, reason);
+    const Workspace workspace;
+    if (runShell(workspace, "strace -qq -o /dev/null true").exitCode != 0)
+        QSKIP("strace cannot trace here (install strace; ptrace may be forbidden)");
+    workspace.write("f.bin", kOld);
+    workspace.write("f.bin~", "an older backup");
+    const QStringList before = folderEntries(workspace);
+    const ShellResult result = runShell(
+        workspace, kLeakCheckOffUnderStrace + ("strace -qq -o /dev/null -e inject=" + injection) +
+                       " \"$LX\" defaults --backup=simple -o f.bin; echo \"status $?\"");
+    QCOMPARE(QString::fromLocal8Bit(result.err),
+             "lxconfig: f.bin: cannot back up: " + reason + "\n");
+    QCOMPARE(result.out, QByteArray("status 1\n"));
+    QCOMPARE(workspace.read("f.bin"), kOld);
+    QCOMPARE(workspace.read("f.bin~"), QByteArray("an older backup"));
+    QCOMPARE(folderEntries(workspace), before);
+}
+
+void TestBackup::killedBeforeTheBackupsRename()
+{
+    // The backup's second name left by a run killed there is removed by the next run.
+    const Workspace workspace;
+    if (runShell(workspace, "strace -qq -o /dev/null true").exitCode != 0)
+        QSKIP("strace cannot trace here (install strace; ptrace may be forbidden)");
+    workspace.write("f.bin", kOld);
+    workspace.write("f.bin~", "an older backup");
+    const QStringList before = folderEntries(workspace);
+    const ShellResult killed = runShell(
+        workspace, kLeakCheckOffUnderStrace +
+                       QStringLiteral("strace -qq -o /dev/null -e trace=renameat "
+                                      "-e inject=renameat:signal=SIGKILL:when=1 \"$LX\" defaults "
+                                      "--backup=simple -o f.bin 2>/dev/null; echo \"status $?\""));
+    QCOMPARE(killed.out, QByteArray("status 137\n"));
+    QCOMPARE(workspace.read("f.bin"), kOld);
+    QCOMPARE(workspace.read("f.bin~"), QByteArray("an older backup"));
+    QCOMPARE(folderEntries(workspace).filter(".lxconfig-").size(), 1);
+    COMPARE_RUN(workspace.run({"defaults", "--backup=simple", "-o", "f.bin"}), 0, "", "");
+    QCOMPARE(workspace.read("f.bin~"), kOld);
+    QCOMPARE(folderEntries(workspace), before);
 }
 
 QTEST_GUILESS_MAIN(TestBackup)
