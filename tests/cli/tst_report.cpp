@@ -285,6 +285,20 @@ void TestReport::intoAFile()
     QVERIFY(!html.contains("src="));
     QVERIFY(!html.contains("href="));
     QVERIFY(!html.contains("url("));
+    // A sheet is never written over one of the files it reports, under any name.
+    const QByteArray camera = m_workspace.read("cam.bin");
+    COMPARE_RUN(m_workspace.run({"report", "good.bin", "cam.bin", "-o", "cam.bin"}), 1, "",
+                "lxconfig: cam.bin: is also the file cam.bin to report; nothing is written\n");
+    QCOMPARE(m_workspace.read("cam.bin"), camera);
+    const ShellResult linked =
+        runShell(m_workspace, "ln cam.bin other.bin && ln -s cam.bin link && "
+                              "\"$LX\" report cam.bin -o link");
+    QCOMPARE(linked.err, QByteArray("lxconfig: link: is also the file cam.bin to report; "
+                                    "nothing is written\n"));
+    QCOMPARE(linked.exitCode, 1);
+    QCOMPARE(m_workspace.read("cam.bin"), camera);
+    QCOMPARE(m_workspace.run({"report", "cam.bin", "-o", "other.bin"}).exitCode, 1);
+    QCOMPARE(m_workspace.read("other.bin"), camera);
     // A report of a file that cannot be read is still written, and the status says so.
     const RunResult failed = m_workspace.run({"report", "missing.bin", "-o", "sheet.html"});
     QCOMPARE(failed.exitCode, 1);
