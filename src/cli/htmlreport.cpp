@@ -124,8 +124,11 @@ std::string fileSection(const ReportedFile &file, const ConfigRecord &untouched)
     html += "<p class=\"checksum\">Checksum: " + checksumText(file.record) + "</p>\n";
     if (file.sizeNote)
         html += "<p class=\"size\">" + xmlEscaped(*file.sizeNote) + "</p>\n";
-    html += "<p class=\"legend\">Marked rows (&#9654;, bold) differ from the editor's untouched "
-            "form, whose value is in the last-but-one column.</p>\n";
+    // The values are the file's, in the window's words; what the window would make of them
+    // (a clamped number, a box left without an item) is in the findings at the end.
+    html += "<p class=\"legend\">Values as stored in the file, in the window's words. Marked "
+            "rows (&#9654;, bold) differ from the editor's untouched form, whose value is in the "
+            "last-but-one column.</p>\n";
 
     for (const lumarex::roundtrip::PageOfFields &page : lumarex::roundtrip::fieldsByPage()) {
         const std::string title = page.index < 0 ? std::string("Not in the window")
@@ -134,7 +137,7 @@ std::string fileSection(const ReportedFile &file, const ConfigRecord &untouched)
         html += "<section class=\"page\">\n<h2>" + xmlEscaped(title) +
                 "</h2>\n<table>\n<colgroup><col class=\"caption\"/><col class=\"shown\"/>"
                 "<col class=\"stored\"/><col class=\"start\"/><col class=\"field\"/></colgroup>\n"
-                "<thead><tr><th>Caption</th><th>Shown</th><th>Stored</th>"
+                "<thead><tr><th>Caption</th><th>Value</th><th>Stored</th>"
                 "<th>Untouched form</th><th>Field</th></tr></thead>\n<tbody>\n";
         for (const FieldInfo *info : page.fields) {
             const lumarex::ControlFacts *control = lumarex::controlOf(info->field);
