@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${FUZZ_SECONDS:-60}
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(record load import roundtrip)
+[ ${#targets[@]} -gt 0 ] || targets=(record load import roundtrip report)
 
 CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DBUILD_TESTING=OFF -DLUMAREX_FUZZ=ON -DLUMAREX_SANITIZE=address,undefined,fuzzer-no-link \

@@ -71,7 +71,8 @@ const std::vector<Command> &commandTable()
          "One HTML page, to print on A4 or Letter, with a section per file: its checksum and\n"
          "the editor's verdict, the eight pages of the window in tab order with the editor's\n"
          "captions and item texts, the values that differ from the untouched form marked, and\n"
-         "what the editor would change. Exit status 1 when a file is not valid.\n",
+         "what the editor would change. Exit status 1 when a file is not valid; an OUT that\n"
+         "is one of the FILEs is refused, so a sheet never replaces a camera's file.\n",
          "lxconfig report cam*/LXCONFIG.BIN -o settings.html"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,

@@ -7,6 +7,7 @@
 #include "formfields.h"
 #include "itemtexts.h"
 #include "roundtrip.h"
+#include "xmltext.h"
 
 #include <cstdio>
 
@@ -43,57 +44,6 @@ p.verdict.refused, p.verdict.unreadable { color: #a00000; font-weight: bold; }
 ul.findings li { margin-bottom: 1mm; }
 .legend { font-size: 8pt; color: #333; }
 )";
-
-// Text for the page: the five XML specials escaped, and any byte that is not part of valid
-// UTF-8 (a file name may hold such) shown as U+FFFD, so that the page stays well-formed.
-std::string escaped(const std::string &text)
-{
-    std::string out;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        int length = byte < 0x80           ? 1
-                     : (byte >> 5) == 0x6  ? 2
-                     : (byte >> 4) == 0xE  ? 3
-                     : (byte >> 3) == 0x1E ? 4
-                                           : 0;
-        for (int k = 1; length > 0 && k < length; ++k) {
-            if (i + k >= text.size() || (static_cast<unsigned char>(text[i + k]) >> 6) != 0x2)
-                length = 0;
-        }
-        if (length == 0) {
-            out += "\xEF\xBF\xBD";
-            ++i;
-            continue;
-        }
-        if (length == 1) {
-            switch (byte) {
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '&':
-                out += "&amp;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            case '\'':
-                out += "&#39;";
-                break;
-            default:
-                // Control characters are not allowed in XML 1.0 text.
-                out += (byte < 0x20 && byte != '\t' && byte != '\n') ? std::string("\xEF\xBF\xBD")
-                                                                     : std::string(1, text[i]);
-            }
-        } else {
-            out.append(text, i, static_cast<std::size_t>(length));
-        }
-        i += static_cast<std::size_t>(length);
-    }
-    return out;
-}
 
 bool sameField(const ConfigRecord &a, const ConfigRecord &b, const FieldInfo &info)
 {
@@ -144,10 +94,10 @@ std::string row(const ConfigRecord &record, const ConfigRecord &untouched, const
 {
     const bool changed = !sameField(record, untouched, info);
     return std::string("<tr class=\"") + (changed ? "changed" : "same") + "\" data-field=\"" +
-           info.name + "\"><td class=\"caption\">" + escaped(caption) +
-           "</td><td class=\"shown\">" + escaped(shownValue(record, info)) +
-           "</td><td class=\"stored\">" + escaped(storedValue(record, info)) +
-           "</td><td class=\"start\">" + (changed ? escaped(shownValue(untouched, info)) : "") +
+           info.name + "\"><td class=\"caption\">" + xmlEscaped(caption) +
+           "</td><td class=\"shown\">" + xmlEscaped(shownValue(record, info)) +
+           "</td><td class=\"stored\">" + xmlEscaped(storedValue(record, info)) +
+           "</td><td class=\"start\">" + (changed ? xmlEscaped(shownValue(untouched, info)) : "") +
            "</td><td class=\"field\">" + info.name + "</td></tr>\n";
 }
 
@@ -161,30 +111,33 @@ std::string checksumText(const ConfigRecord &record)
 
 std::string fileSection(const ReportedFile &file, const ConfigRecord &untouched)
 {
-    std::string html = "<section class=\"file\">\n<h1>" + escaped(file.path) + "</h1>\n";
+    std::string html = "<section class=\"file\">\n<h1>" + xmlEscaped(file.path) + "</h1>\n";
     if (file.unreadable) {
-        return html + "<p class=\"verdict unreadable\">" + escaped(*file.unreadable) +
+        return html + "<p class=\"verdict unreadable\">" + xmlEscaped(*file.unreadable) +
                "</p>\n</section>\n";
     }
     const char *verdictClass = file.refusal ? "refused" : "valid";
     html += std::string("<p class=\"verdict ") + verdictClass + "\">Verdict: " +
-            escaped(file.refusal ? "the editor refuses it: " + *file.refusal
-                                 : std::string("valid: the editor loads it")) +
+            xmlEscaped(file.refusal ? "the editor refuses it: " + *file.refusal
+                                    : std::string("valid: the editor loads it")) +
             "</p>\n";
     html += "<p class=\"checksum\">Checksum: " + checksumText(file.record) + "</p>\n";
     if (file.sizeNote)
-        html += "<p class=\"size\">" + escaped(*file.sizeNote) + "</p>\n";
-    html += "<p class=\"legend\">Marked rows (&#9654;, bold) differ from the editor's untouched "
-            "form, whose value is in the last-but-one column.</p>\n";
+        html += "<p class=\"size\">" + xmlEscaped(*file.sizeNote) + "</p>\n";
+    // The values are the file's, in the window's words; what the window would make of them
+    // (a clamped number, a box left without an item) is in the findings at the end.
+    html += "<p class=\"legend\">Values as stored in the file, in the window's words. Marked "
+            "rows (&#9654;, bold) differ from the editor's untouched form, whose value is in the "
+            "last-but-one column.</p>\n";
 
     for (const lumarex::roundtrip::PageOfFields &page : lumarex::roundtrip::fieldsByPage()) {
         const std::string title = page.index < 0 ? std::string("Not in the window")
                                                  : "Page " + std::to_string(page.index + 1) + ": " +
                                                        std::string(page.page);
-        html += "<section class=\"page\">\n<h2>" + escaped(title) +
+        html += "<section class=\"page\">\n<h2>" + xmlEscaped(title) +
                 "</h2>\n<table>\n<colgroup><col class=\"caption\"/><col class=\"shown\"/>"
                 "<col class=\"stored\"/><col class=\"start\"/><col class=\"field\"/></colgroup>\n"
-                "<thead><tr><th>Caption</th><th>Shown</th><th>Stored</th>"
+                "<thead><tr><th>Caption</th><th>Value</th><th>Stored</th>"
                 "<th>Untouched form</th><th>Field</th></tr></thead>\n<tbody>\n";
         for (const FieldInfo *info : page.fields) {
             const lumarex::ControlFacts *control = lumarex::controlOf(info->field);
@@ -204,7 +157,7 @@ std::string fileSection(const ReportedFile &file, const ConfigRecord &untouched)
             html += "<ul class=\"findings\">\n";
             for (const auto &finding : findings)
                 html += "<li data-field=\"" + std::string(lumarex::fieldInfo(finding.field).name) +
-                        "\">" + escaped(finding.text()) + "</li>\n";
+                        "\">" + xmlEscaped(finding.text()) + "</li>\n";
             html += "</ul>\n";
         }
         html += "</section>\n";

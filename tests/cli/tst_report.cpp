@@ -2,6 +2,7 @@
 // expectations: pages in tab order, captions and item texts, changed values marked, checksum,
 // verdict, findings, escaping, several files, -o and failures.
 
+#include "shellrun.h"
 #include "workspace.h"
 
 #include <QMap>
@@ -20,8 +21,9 @@ struct Section
 {
     QString title; // the h1: the file's name
     QStringList paragraphs;
-    QStringList pages;       // the h2 headings in order
-    QMap<QString, Row> rows; // by field
+    QStringList pages;                     // the h2 headings in order
+    QMap<QString, Row> rows;               // by field
+    QMap<QString, QStringList> pageFields; // the fields of each page, in the page's row order
     QStringList findings;
 };
 
@@ -61,6 +63,8 @@ QVector<Section> parsedReport(const QString &html)
                 row.cells << text;
             else if (name == "tr" && !rowField.isEmpty()) {
                 section.rows[rowField] = row;
+                if (!section.pages.isEmpty())
+                    section.pageFields[section.pages.last()] << rowField;
                 rowField.clear();
             } else if (name == "li")
                 section.findings << text;
@@ -93,7 +97,11 @@ private slots:
     void changedFile();
     void severalFilesAndFailures();
     void escapedNames();
+    void namesThatAreNotUtf8();
+    void rowsInFocusOrder();
+    void refusedAndOddSizedFiles();
     void intoAFile();
+    void backupOfTheSheet();
 
 private:
     Workspace m_workspace;
@@ -201,6 +209,70 @@ void TestReport::escapedNames()
     QCOMPARE(sections.first().title, name);
 }
 
+// Bytes a file name may hold that XML does not allow: each becomes U+FFFD and the rest stays.
+void TestReport::namesThatAreNotUtf8()
+{
+    // \377: never in UTF-8; \300\274: "<" in an overlong form; \355\240\200: a surrogate;
+    // \357\277\276: U+FFFE; \364\220\200\200: past U+10FFFF; \001: a control character;
+    // \342\202 cut off by "."; \303\251: a well-formed "e" with an acute accent, kept.
+    const char *name = "a\\377b\\300\\274c\\355\\240\\200d\\357\\277\\276e\\364\\220\\200\\200f"
+                       "\\001g\\342\\202.\\303\\251.bin";
+    const ShellResult result =
+        runShell(m_workspace, QString("name=$(printf '%1') && cp good.bin \"$name\" && "
+                                      "\"$LX\" report good.bin \"$name\"")
+                                  .arg(name));
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(result.exitCode, 0);
+    const QVector<Section> sections = parsedReport(QString::fromUtf8(result.out));
+    QCOMPARE(sections.size(), 2);
+    const QString r(QChar(0xFFFD));
+    QCOMPARE(sections[1].title, "a" + r + "b" + r + r + "c" + r + r + r + "d" + r + "e" + r + r +
+                                    r + r + "f" + r + "g" + r + r + ".\u00e9.bin");
+    QCOMPARE(sections[1].pages, kPages);
+    // The bytes themselves, as a lenient UTF-8 decoder would hide a sequence passed through.
+    const QByteArray r8("\xEF\xBF\xBD");
+    QVERIFY(result.out.contains("<h1>a" + r8 + "b" + r8 + r8 + "c" + r8 + r8 + r8 + "d" + r8 + "e" +
+                                r8 + r8 + r8 + r8 + "f" + r8 + "g" + r8 + r8 +
+                                ".\xC3\xA9.bin</h1>"));
+}
+
+// Within a page the rows follow the window's focus order, which is the form's own order.
+void TestReport::rowsInFocusOrder()
+{
+    const RunResult result = m_workspace.run({"report", "good.bin"});
+    QCOMPARE(result.exitCode, 0);
+    const QVector<Section> sections = parsedReport(result.out);
+    QCOMPARE(sections.size(), 1);
+    QCOMPARE(sections[0].pageFields["Page 3: GPS/Serial"],
+             QStringList({"serialParity", "serialStopBits", "serialInverted", "serialBaudrate"}));
+    QCOMPARE(sections[0].rows["serialParity"].cells.mid(0, 3),
+             QStringList({"Parity bit:", "none", "0"}));
+    QCOMPARE(sections[0].pageFields["Not in the window"],
+             QStringList({"magic", "payloadLength", "headerVersion", "reserved101", "fixed134",
+                          "spare157", "crc"})); // in file order
+}
+
+void TestReport::refusedAndOddSizedFiles()
+{
+    const RunResult result =
+        m_workspace.run({"report", "checksum.bin", "version.bin", "short.bin", "long.bin"});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.exitCode, 1);
+    const QVector<Section> sections = parsedReport(result.out);
+    QCOMPARE(sections.size(), 4);
+    // The verdicts in check's words.
+    QVERIFY(sections[0].paragraphs.contains(
+        "Verdict: the editor refuses it: checksum stored 23154 computed 41000"));
+    QVERIFY(sections[1].paragraphs.contains(
+        "Verdict: the editor refuses it: format version 20180602 (expected 20180601)"));
+    QVERIFY(sections[2].paragraphs.contains(
+        "Verdict: the editor refuses it: checksum stored 114 computed 23154"));
+    QVERIFY(sections[3].paragraphs.contains("Verdict: valid: the editor loads it"));
+    // The editor loads a file of another size all the same; the sheet says what it read.
+    QVERIFY(sections[2].paragraphs.contains("166 bytes (a record is 167)"));
+    QVERIFY(sections[3].paragraphs.contains("200 bytes (a record is 167)"));
+}
+
 void TestReport::intoAFile()
 {
     COMPARE_RUN(m_workspace.run({"report", "good.bin", "-o", "sheet.html"}), 0, "", "");
@@ -213,10 +285,41 @@ void TestReport::intoAFile()
     QVERIFY(!html.contains("src="));
     QVERIFY(!html.contains("href="));
     QVERIFY(!html.contains("url("));
+    // A sheet is never written over one of the files it reports, under any name.
+    const QByteArray camera = m_workspace.read("cam.bin");
+    COMPARE_RUN(m_workspace.run({"report", "good.bin", "cam.bin", "-o", "cam.bin"}), 1, "",
+                "lxconfig: cam.bin: is also the file cam.bin to report; nothing is written\n");
+    QCOMPARE(m_workspace.read("cam.bin"), camera);
+    const ShellResult linked =
+        runShell(m_workspace, "ln cam.bin other.bin && ln -s cam.bin link && "
+                              "\"$LX\" report cam.bin -o link");
+    QCOMPARE(linked.err, QByteArray("lxconfig: link: is also the file cam.bin to report; "
+                                    "nothing is written\n"));
+    QCOMPARE(linked.exitCode, 1);
+    QCOMPARE(m_workspace.read("cam.bin"), camera);
+    QCOMPARE(m_workspace.run({"report", "cam.bin", "-o", "other.bin"}).exitCode, 1);
+    QCOMPARE(m_workspace.read("other.bin"), camera);
     // A report of a file that cannot be read is still written, and the status says so.
     const RunResult failed = m_workspace.run({"report", "missing.bin", "-o", "sheet.html"});
     QCOMPARE(failed.exitCode, 1);
     QCOMPARE(parsedReport(QString::fromUtf8(m_workspace.read("sheet.html"))).size(), 1);
+}
+
+// A sheet written over an earlier one keeps that as a backup, as every command that replaces a
+// file does.
+void TestReport::backupOfTheSheet()
+{
+    QCOMPARE(m_workspace.run({"report", "cam.bin", "-o", "sheet.html"}).exitCode, 0);
+    const QByteArray first = m_workspace.read("sheet.html");
+    COMPARE_RUN(m_workspace.run({"report", "good.bin", "-o", "sheet.html", "--backup"}), 0, "", "");
+    QCOMPARE(m_workspace.read("sheet.html~"), first);
+    QCOMPARE(parsedReport(QString::fromUtf8(m_workspace.read("sheet.html"))).first().title,
+             "good.bin");
+    COMPARE_RUN(m_workspace.run({"report", "cam.bin", "-o", "sheet.html", "--backup=numbered"}), 0,
+                "", "");
+    QCOMPARE(parsedReport(QString::fromUtf8(m_workspace.read("sheet.html.~1~"))).first().title,
+             "good.bin");
+    QCOMPARE(m_workspace.read("sheet.html~"), first);
 }
 
 QTEST_GUILESS_MAIN(TestReport)

@@ -1,0 +1,16 @@
+#pragma once
+
+// Text for an XML (XHTML) page from bytes that may be anything, such as a file name.
+
+#include <string>
+
+namespace lxconfig {
+
+// The text with the five XML specials escaped and everything XML 1.0 does not allow replaced
+// by U+FFFD: bytes that are not well-formed UTF-8 (stray continuation bytes, overlong forms,
+// surrogates, code points past U+10FFFF, cut-off sequences), control characters other than tab
+// and line feed, and the non-characters U+FFFE and U+FFFF. Each such byte or character is
+// replaced by one U+FFFD, so the page stays well-formed and every other character is kept.
+std::string xmlEscaped(const std::string &text);
+
+} // namespace lxconfig
