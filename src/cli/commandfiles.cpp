@@ -2,6 +2,8 @@
 
 #include "recordfile.h"
 
+#include <sys/stat.h>
+
 namespace lxconfig {
 
 bool report(const std::optional<Failure> &failure, Output &output)
@@ -46,6 +48,23 @@ std::optional<lumarex::ConfigRecord> readForChange(const std::string &path, Outp
     if (!report(failure, output))
         return std::nullopt;
     return checkedRecord(path, bytes, Checks::Require, output);
+}
+
+bool refuseOutputOverInput(const Invocation &invocation, const char *what, Output &output)
+{
+    struct stat out;
+    if (invocation.outputPath.empty() || ::stat(invocation.outputPath.c_str(), &out) != 0 ||
+        !S_ISREG(out.st_mode))
+        return false;
+    for (const std::string &path : invocation.arguments) {
+        struct stat in;
+        if (::stat(path.c_str(), &in) == 0 && in.st_dev == out.st_dev && in.st_ino == out.st_ino) {
+            output.error(invocation.outputPath + ": is also the file " + path + " " + what +
+                         "; nothing is written");
+            return true;
+        }
+    }
+    return false;
 }
 
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output, Backup backup)

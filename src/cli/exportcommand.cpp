@@ -8,6 +8,8 @@ namespace lxconfig {
 
 int exportCommand(const Invocation &invocation, Output &output)
 {
+    if (refuseOutputOverInput(invocation, "to export", output))
+        return kExitFailure;
     const std::string &path = invocation.arguments.at(0);
     const std::optional<lumarex::ConfigRecord> record = readInputFile(path, Checks::Warn, output);
     if (!record)

@@ -18,6 +18,8 @@ constexpr std::size_t kJsonLimit = 1024 * 1024;
 
 int importCommand(const Invocation &invocation, Output &output)
 {
+    if (refuseOutputOverInput(invocation, "to import", output))
+        return kExitFailure;
     const std::string &path = invocation.arguments.at(0);
     InputBytes contents;
     if (!report(readInput(path, kJsonLimit, Overflow::Refuse, contents), output))

@@ -6,37 +6,12 @@
 #include "htmlreport.h"
 #include "recordfile.h"
 
-#include <sys/stat.h>
-
 namespace lxconfig {
-
-namespace {
-
-// The input that OUT names too, if any: a sheet written there would replace a camera's file
-// with HTML, which is never what a report is asked for (a typo or a completed name).
-const std::string *inputAlsoWritten(const Invocation &invocation)
-{
-    struct stat out;
-    if (invocation.outputPath.empty() || ::stat(invocation.outputPath.c_str(), &out) != 0 ||
-        !S_ISREG(out.st_mode))
-        return nullptr;
-    for (const std::string &path : invocation.arguments) {
-        struct stat in;
-        if (::stat(path.c_str(), &in) == 0 && in.st_dev == out.st_dev && in.st_ino == out.st_ino)
-            return &path;
-    }
-    return nullptr;
-}
-
-} // namespace
 
 int reportCommand(const Invocation &invocation, Output &output)
 {
-    if (const std::string *path = inputAlsoWritten(invocation)) {
-        output.error(invocation.outputPath + ": is also the file " + *path +
-                     " to report; nothing is written");
+    if (refuseOutputOverInput(invocation, "to report", output))
         return kExitFailure;
-    }
     std::vector<ReportedFile> files;
     int status = kExitSuccess;
     for (const std::string &path : invocation.arguments) {

@@ -6,6 +6,7 @@
 #include "tst_lxconfigfiles.h"
 #include "workspace.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
@@ -213,4 +214,40 @@ void TestLxconfigFiles::boundedInput()
     const ShellResult limited = runShell(workspace, "(" + limit + command + ")");
     QCOMPARE(QString::fromLocal8Bit(limited.err), expected);
     QCOMPARE(limited.out, QByteArray("status 1\n"));
+}
+
+void TestLxconfigFiles::outputThatIsAnInput_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("input"); // the file that must stay as it was
+    QTest::addColumn<QString>("err");
+    QTest::newRow("export over its record")
+        << QStringList{"export", "good.bin", "-o", "good.bin"} << "good.bin"
+        << "lxconfig: good.bin: is also the file good.bin to export; nothing is written\n";
+    QTest::newRow("export through a link")
+        << QStringList{"export", "link.bin", "-o", "good.bin"} << "good.bin"
+        << "lxconfig: good.bin: is also the file link.bin to export; nothing is written\n";
+    QTest::newRow("import over its form")
+        << QStringList{"import", "form.json", "-o", "form.json"} << "form.json"
+        << "lxconfig: form.json: is also the file form.json to import; nothing is written\n";
+    QTest::newRow("report over one of its files")
+        << QStringList{"report", "long.bin", "good.bin", "-o", "./good.bin"} << "good.bin"
+        << "lxconfig: ./good.bin: is also the file good.bin to report; nothing is written\n";
+}
+
+// A sheet or a form written over the file it was made from would replace a camera's record with
+// text: refused, whatever name the output is given.
+void TestLxconfigFiles::outputThatIsAnInput()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, input);
+    QFETCH(QString, err);
+    const Workspace workspace;
+    QCOMPARE(workspace.run({"export", "good.bin", "-o", "form.json"}).exitCode, 0);
+    QVERIFY(QFile::link("good.bin", workspace.path("link.bin")));
+    const QByteArray before = workspace.read(input);
+    COMPARE_RUN(workspace.run(arguments), 1, "", err);
+    QCOMPARE(workspace.read(input), before);
+    // resave may replace its input: that is how a file becomes what the editor would save.
+    COMPARE_RUN(workspace.run({"resave", "good.bin", "-o", "good.bin"}), 0, "", "");
 }

@@ -33,6 +33,8 @@ private slots:
     void outputsThatAreNotFiles_data();
     void outputsThatAreNotFiles();
     void outputIntoFifo();
+    void outputThatIsAnInput_data();
+    void outputThatIsAnInput();
     void standardInput_data();
     void standardInput();
     void inputFromFifo();
