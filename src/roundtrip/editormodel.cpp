@@ -30,8 +30,6 @@ int spinLimit(double limit)
     return static_cast<int>(limit);
 }
 
-const Origin kStart{};
-
 } // namespace
 
 EditorModel::EditorModel()
