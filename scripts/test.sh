@@ -1,12 +1,21 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test.
+# Installs what is missing, builds, and runs every test; says how long each stage took, so that
+# the run's cost stays visible as the suite grows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/install-deps.sh build test asan fuzz valgrind
-scripts/build.sh -DLUMAREX_WERROR=ON
-ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
+
+stage() {
+    local name=$1 start=$SECONDS
+    shift
+    "$@"
+    echo "test.sh: $name took $((SECONDS - start)) s" >&2
+}
+
+stage "installing packages" scripts/install-deps.sh build test asan fuzz valgrind
+stage "building" scripts/build.sh -DLUMAREX_WERROR=ON
+stage "the suite" ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
 # Hardening (docs/testing.md): the save and load tests under valgrind, each fuzz target for a minute,
 # then the suite again under the sanitizers.
-scripts/valgrind.sh
-scripts/fuzz.sh
-scripts/sanitize.sh
+stage "valgrind" scripts/valgrind.sh
+stage "fuzzing" scripts/fuzz.sh
+stage "the sanitizers" scripts/sanitize.sh
