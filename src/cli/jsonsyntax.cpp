@@ -10,9 +10,6 @@ namespace lxconfig {
 
 namespace {
 
-// Deeper than any form, and shallow enough that no document costs much to build or free.
-constexpr std::size_t kMaxNesting = 1024;
-
 class DocumentBuilder : public nlohmann::json_sax<JsonValue>
 {
 public:
@@ -74,7 +71,7 @@ private:
 
     bool open(JsonValue container)
     {
-        if (m_open.size() == kMaxNesting) {
+        if (m_open.size() == kMaxJsonNesting) {
             problem = "malformed JSON: too deeply nested document";
             return false;
         }
@@ -145,11 +142,20 @@ private:
              (lastToken[0] == '"' || lastToken[0] == '-' ||
               (lastToken[0] >= '0' && lastToken[0] <= '9')));
         if (stringOrNumber) {
-            // lastToken is the string or number itself: the one start whose bytes read as it.
-            for (std::size_t length = 0; length <= std::min(end, lastToken.size()); ++length) {
-                if (asRead(m_text.substr(end - length, length)) == lastToken)
-                    return end - length;
+            // lastToken is the string or number itself: walk back over the bytes that read as it.
+            std::size_t start = end;
+            std::size_t matched = 0; // characters of lastToken, from its end
+            while (start > 0 && matched < lastToken.size()) {
+                const std::string read = asRead(m_text.substr(start - 1, 1));
+                if (read.size() > lastToken.size() - matched ||
+                    lastToken.compare(lastToken.size() - matched - read.size(), read.size(),
+                                      read) != 0)
+                    break;
+                matched += read.size();
+                --start;
             }
+            if (matched == lastToken.size())
+                return start;
         }
         if (position > m_text.size() || end == 0)
             return end;

@@ -114,6 +114,10 @@ void TestJsonTexts::importAndApply_data()
     QTest::newRow("unterminated string")
         << QByteArray(R"({"gpsReceiver)") << malformed("unterminated string", 1);
 
+    QTest::newRow("unterminated string of a megabyte")
+        << R"({"gpsReceiver": ")" + QByteArray(1000 * 1000, 'x')
+        << malformed("unterminated string", 16);
+
     // Quoted keys are shown with their control characters escaped.
     QTest::newRow("terminal escape in a key")
         << QByteArray(R"({"\u001b[31mRED": 1})") << QStringLiteral("\\u001b[31mRED: no such field");
