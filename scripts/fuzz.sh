@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${FUZZ_SECONDS:-60}
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(record load import roundtrip report)
+[ ${#targets[@]} -gt 0 ] || targets=(record load import json roundtrip report)
 
 CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DBUILD_TESTING=OFF -DLUMAREX_FUZZ=ON -DLUMAREX_SANITIZE=address,undefined,fuzzer-no-link \
@@ -25,9 +25,11 @@ for target in "${targets[@]}"; do
     mkdir -p "$corpus"
     log=build-fuzz/$target.log
     # A toolkit leak that lsan.supp names shows its frames only to the slower unwinder, and
-    # only import meets it (the JSON parser); the fast one keeps the other targets quick.
+    # only import and json meet it (the JSON parser); the fast one keeps the others quick.
     unwind=fast_unwind_on_malloc=1
-    [ "$target" != import ] || unwind=fast_unwind_on_malloc=0:malloc_context_size=12
+    case "$target" in
+        import | json) unwind=fast_unwind_on_malloc=0:malloc_context_size=12 ;;
+    esac
     echo "fuzzing $target for ${seconds}s"
     if ! ASAN_OPTIONS=detect_leaks=1:$unwind "build-fuzz/fuzz/${target}_fuzzer" \
         -max_total_time="$seconds" -timeout=30 -print_final_stats=1 \

@@ -3,6 +3,7 @@
 set -euo pipefail
 
 packages=()
+ajv=0
 for need in "$@"; do
     case "$need" in
         # nlohmann-json3-dev: lxconfig's JSON (header-only, nothing to install at run time).
@@ -21,8 +22,12 @@ for need in "$@"; do
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin)
               # The shells whose completion of lxconfig is tested.
               packages+=(bash bash-completion zsh fish)
-              # A real validator for the JSON Schema of lxconfig's form.
-              packages+=(python3 python3-jsonschema)
+              # Two real validators for the JSON Schema of lxconfig's form: python3-jsonschema,
+              # and Ajv on Node.js (from npm, below).
+              packages+=(python3 python3-jsonschema nodejs)
+              # Debian's npm, unless some other npm came with the Node.js installed.
+              command -v npm >/dev/null || packages+=(npm)
+              ajv=1
               # The settings sheet printed by a real browser, and its PDF read back.
               packages+=(chromium poppler-utils) ;;
         # The picture of a printed settings sheet in docs/.
@@ -43,10 +48,21 @@ for package in "${packages[@]}"; do
         missing+=("$package")
     fi
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
 
 sudo=()
 [ "$(id -u)" -eq 0 ] || sudo=(sudo)
-echo "Installing: ${missing[*]}"
-"${sudo[@]}" apt-get update -qq
-DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+if [ ${#missing[@]} -ne 0 ]; then
+    echo "Installing: ${missing[*]}"
+    "${sudo[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends \
+        "${missing[@]}"
+fi
+
+# Ajv (five small packages) for tst_jsonoutput, in the folder the test names; pinned, so that a
+# run tomorrow validates as one today.
+ajv_prefix=/usr/local/lib/lumarex-test
+if [ "$ajv" -eq 1 ] && [ ! -f "$ajv_prefix/node_modules/ajv/package.json" ]; then
+    echo "Installing: ajv (npm) in $ajv_prefix"
+    "${sudo[@]}" npm install --prefix "$ajv_prefix" --no-audit --no-fund --loglevel=error \
+        ajv@8.17.1
+fi

@@ -3,6 +3,7 @@
 #include "recordfile.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace lxconfig {
 
@@ -57,10 +58,15 @@ bool refuseOutputOverInput(const Invocation &invocation, const char *what, Outpu
         !S_ISREG(out.st_mode))
         return false;
     for (const std::string &path : invocation.arguments) {
+        // "-" reads standard input, which may be the very file -o names (< FILE).
+        const bool standardInput = path == kStandardStream;
         struct stat in;
-        if (::stat(path.c_str(), &in) == 0 && in.st_dev == out.st_dev && in.st_ino == out.st_ino) {
-            output.error(invocation.outputPath + ": is also the file " + path + " " + what +
-                         "; nothing is written");
+        const int status = standardInput ? ::fstat(STDIN_FILENO, &in) : ::stat(path.c_str(), &in);
+        if (status == 0 && in.st_dev == out.st_dev && in.st_ino == out.st_ino) {
+            output.error(
+                invocation.outputPath + ": is also " +
+                (standardInput ? std::string("the file on standard input") : "the file " + path) +
+                " " + what + "; nothing is written");
             return true;
         }
     }
@@ -69,6 +75,11 @@ bool refuseOutputOverInput(const Invocation &invocation, const char *what, Outpu
 
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output, Backup backup)
 {
+    // Written as without -o, so that a failure names "standard output" as every command does.
+    if (path == kStandardStream) {
+        output.out(data);
+        return true;
+    }
     OutputFile file;
     std::optional<Failure> failure = file.open(path);
     if (!failure)

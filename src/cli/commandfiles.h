@@ -32,13 +32,14 @@ std::optional<lumarex::ConfigRecord> readForChange(const std::string &path, Outp
                                                    Output &output);
 
 // True, after an error line, when -o names (under any name, through links too) a regular file
-// that is one of the command's inputs: writing a sheet or a form there would replace the very
-// file the command reads with something else, which is a slip of the keyboard, never a wish.
-// `what` completes "is also the file FILE ...", e.g. "to report".
+// that is one of the command's inputs, standard input ("-") included: writing a sheet or a form
+// there would replace the very file the command reads with something else, which is a slip of the
+// keyboard, never a wish. `what` completes "is also the file FILE ...", e.g. "to report".
 bool refuseOutputOverInput(const Invocation &invocation, const char *what, Output &output);
 
 // Writes the whole file or, after an error line, leaves it as it was; false then. A regular file
-// that is replaced is first kept as the backup asks.
+// that is replaced is first kept as the backup asks. "-" is standard output, written at the end
+// of the command like any result.
 bool writeOutputFile(const std::string &path, std::string_view data, Output &output,
                      Backup backup = Backup::None);
 

@@ -20,9 +20,15 @@ Json fieldSchema(const lumarex::FieldInfo &info)
 {
     switch (info.type) {
     case lumarex::FieldType::Ascii4:
+        // The length is counted by minLength and maxLength, which every validator counts in
+        // characters. A pattern alone cannot say "exactly four": Python's $ also matches before
+        // a final newline, so ^...{4}$ lets "CONF\n" through there. Here that newline would
+        // be a fifth character; within four, it is one of the byte values allowed.
         return Json{{"description", kMagicDescription},
                     {"type", "string"},
-                    {"pattern", "^[\\u0000-\\u00ff]{4}$"}};
+                    {"minLength", 4},
+                    {"maxLength", 4},
+                    {"pattern", "^[\\u0000-\\u00ff]*$"}};
     case lumarex::FieldType::U16x20:
         return Json{{"type", "array"},
                     {"items", wholeNumber(info.type)},

@@ -2,6 +2,7 @@
 
 #include "fieldvalue.h"
 #include "jsonsyntax.h"
+#include "messagetext.h"
 
 #include <cmath>
 #include <cstdio>
@@ -127,7 +128,7 @@ std::optional<ConfigRecord> recordFromJson(std::string_view json, std::string &e
     // Keys in the order of their names, so the same form always gives the same first complaint.
     for (const auto &member : document.items()) {
         if (!lumarex::fieldByName(member.key())) {
-            error = member.key() + ": no such field";
+            error = escapedForMessage(member.key()) + ": no such field";
             return std::nullopt;
         }
     }
@@ -151,7 +152,7 @@ std::optional<std::string> setFieldsFromJson(const nlohmann::json &form, ConfigR
     for (const auto &member : form.items()) {
         const std::optional<lumarex::Field> field = lumarex::fieldByName(member.key());
         if (!field)
-            return member.key() + ": no such field";
+            return escapedForMessage(member.key()) + ": no such field";
         if (std::optional<std::string> problem =
                 readField(member.value(), lumarex::fieldInfo(*field), record))
             return problem;

@@ -1,19 +1,19 @@
 #include "jsonsyntax.h"
 
+#include "messagetext.h"
+
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 namespace lxconfig {
 
 namespace {
 
-// Deeper than any form, and shallow enough that no document costs much to build or free.
-constexpr std::size_t kMaxNesting = 1024;
-
 class DocumentBuilder : public nlohmann::json_sax<JsonValue>
 {
 public:
-    DocumentBuilder(JsonValue &root, std::size_t size) : m_root(root), m_size(size) {}
+    DocumentBuilder(JsonValue &root, std::string_view text) : m_root(root), m_text(text) {}
 
     std::optional<std::string> problem;
 
@@ -35,7 +35,7 @@ public:
     bool key(string_t &name) override
     {
         if (m_open.back()->contains(name)) {
-            problem = name + ": duplicate key";
+            problem = escapedForMessage(name) + ": duplicate key";
             return false;
         }
         m_key = name;
@@ -45,9 +45,12 @@ public:
     bool parse_error(std::size_t position, const std::string &lastToken,
                      const nlohmann::detail::exception &exception) override
     {
-        // The parser counts the end of the input as one more byte read.
-        problem = "malformed JSON: " + describe(exception.what(), lastToken) + " at offset " +
-                  std::to_string(std::min(position, m_size));
+        const std::string what = exception.what();
+        const std::size_t start = tokenStart(position, lastToken, what);
+        // The parser takes a NUL byte for the end of the input; the text goes on past it.
+        const bool atNul = start < m_text.size() && m_text[start] == '\0';
+        problem = "malformed JSON: " + (atNul ? "illegal value" : describe(what, lastToken)) +
+                  " at offset " + std::to_string(start);
         return false;
     }
 
@@ -68,7 +71,7 @@ private:
 
     bool open(JsonValue container)
     {
-        if (m_open.size() == kMaxNesting) {
+        if (m_open.size() == kMaxJsonNesting) {
             problem = "malformed JSON: too deeply nested document";
             return false;
         }
@@ -123,8 +126,64 @@ private:
         return "illegal value";
     }
 
+    // The first byte of the token the parser stopped at. The parser reports the position after
+    // the last byte it read (one past the end when it read the end) and the bytes it read since
+    // the start of the last string or number, with control characters written as <U+00XX>.
+    std::size_t tokenStart(std::size_t position, const std::string &lastToken,
+                           const std::string &what) const
+    {
+        const std::size_t end = std::min(position, m_text.size());
+        const auto has = [&what](const char *text) { return what.find(text) != std::string::npos; };
+        const char last = end > 0 && position <= m_text.size() ? m_text[end - 1] : '\0';
+        const bool stringOrNumber =
+            has("invalid string") || has("invalid number") || has("number overflow") ||
+            (position <= m_text.size() && (last == '"' || (last >= '0' && last <= '9')) &&
+             !lastToken.empty() &&
+             (lastToken[0] == '"' || lastToken[0] == '-' ||
+              (lastToken[0] >= '0' && lastToken[0] <= '9')));
+        if (stringOrNumber) {
+            // lastToken is the string or number itself: walk back over the bytes that read as it.
+            std::size_t start = end;
+            std::size_t matched = 0; // characters of lastToken, from its end
+            while (start > 0 && matched < lastToken.size()) {
+                const std::string read = asRead(m_text.substr(start - 1, 1));
+                if (read.size() > lastToken.size() - matched ||
+                    lastToken.compare(lastToken.size() - matched - read.size(), read.size(),
+                                      read) != 0)
+                    break;
+                matched += read.size();
+                --start;
+            }
+            if (matched == lastToken.size())
+                return start;
+        }
+        if (position > m_text.size() || end == 0)
+            return end;
+        // A literal (true, false, null), or the letters read of one, ends at the last byte read;
+        // anything else is that one byte.
+        std::size_t start = end - 1;
+        while (start > 0 && m_text[start - 1] >= 'a' && m_text[start - 1] <= 'z')
+            --start;
+        return start;
+    }
+
+    static std::string asRead(std::string_view bytes)
+    {
+        std::string read;
+        for (const char c : bytes) {
+            if (static_cast<unsigned char>(c) <= 0x1F) {
+                char escaped[9];
+                std::snprintf(escaped, sizeof escaped, "<U+%.4X>", static_cast<unsigned char>(c));
+                read += escaped;
+            } else {
+                read += c;
+            }
+        }
+        return read;
+    }
+
     JsonValue &m_root;
-    std::size_t m_size;
+    std::string_view m_text;
     std::vector<JsonValue *> m_open; // the objects and arrays being filled, innermost last
     std::string m_key;               // the key of the next value in an object
 };
@@ -133,10 +192,17 @@ private:
 
 std::optional<std::string> parseJson(std::string_view text, JsonValue &document)
 {
-    DocumentBuilder builder(document, text.size());
-    if (JsonValue::sax_parse(text.begin(), text.end(), &builder))
-        return std::nullopt;
-    return builder.problem.value_or("malformed JSON");
+    DocumentBuilder builder(document, text);
+    if (!JsonValue::sax_parse(text.begin(), text.end(), &builder))
+        return builder.problem.value_or("malformed JSON");
+    // The parser ends the text at a NUL byte outside a string; the whole text must be the value.
+    const std::size_t nul = text.find('\0');
+    if (nul != std::string_view::npos) {
+        document = JsonValue();
+        return "malformed JSON: garbage at the end of the document at offset " +
+               std::to_string(nul);
+    }
+    return std::nullopt;
 }
 
 } // namespace lxconfig

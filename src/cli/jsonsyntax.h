@@ -13,6 +13,9 @@ namespace lxconfig {
 
 using JsonValue = nlohmann::json;
 
+// Deeper than any form, and shallow enough that no document costs much to build or free.
+inline constexpr std::size_t kMaxJsonNesting = 1024;
+
 // The reason when the text is not one JSON value with unique keys.
 std::optional<std::string> parseJson(std::string_view text, JsonValue &document);
 

@@ -72,7 +72,7 @@ void TestCli::importRejects_data()
         "lxconfig: in.json: malformed JSON: unterminated object at offset 1\n");
     row("empty", "", "lxconfig: in.json: malformed JSON: illegal value at offset 0\n");
     row("trailing comma", changed(R"-(    "crc": 23154,)-"),
-        "lxconfig: in.json: malformed JSON: object is missing after a comma at offset 1284\n");
+        "lxconfig: in.json: malformed JSON: object is missing after a comma at offset 1283\n");
     row("not an object", "[1, 2]", "lxconfig: in.json: not a JSON object\n");
     row("a string", "\"CONF\"", "lxconfig: in.json: not a JSON object\n");
     row("a number", "167", "lxconfig: in.json: not a JSON object\n");
@@ -81,7 +81,7 @@ void TestCli::importRejects_data()
     row("duplicate key, same value", changed(R"-(    "gpsReceiver": 2, "gpsReceiver": 2,)-"),
         "lxconfig: in.json: gpsReceiver: duplicate key\n");
     row("garbage after the object", withLines(kDefaultJson) + "x",
-        "lxconfig: in.json: malformed JSON: garbage at the end of the document at offset 1285\n");
+        "lxconfig: in.json: malformed JSON: garbage at the end of the document at offset 1284\n");
     row("unknown key", changed(R"-(    "gpsReceiver": 2, "colour": 1,)-"),
         "lxconfig: in.json: colour: no such field\n");
     row("missing key", withLines(without(kDefaultJson, "gpsReceiver")),

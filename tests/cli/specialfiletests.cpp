@@ -251,3 +251,55 @@ void TestLxconfigFiles::outputThatIsAnInput()
     // resave may replace its input: that is how a file becomes what the editor would save.
     COMPARE_RUN(workspace.run({"resave", "good.bin", "-o", "good.bin"}), 0, "", "");
 }
+
+void TestLxconfigFiles::outputThatIsStandardInput_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("input"); // the file on standard input, which must stay as it was
+    QTest::addColumn<QString>("err");
+    QTest::newRow("report") << "\"$LX\" report - -o good.bin <good.bin"
+                            << "good.bin"
+                            << "lxconfig: good.bin: is also the file on standard input to "
+                               "report; nothing is written\n";
+    QTest::newRow("report, through a link")
+        << "\"$LX\" report - -o link.bin <good.bin"
+        << "good.bin"
+        << "lxconfig: link.bin: is also the file on standard input to report; nothing is "
+           "written\n";
+    QTest::newRow("export") << "\"$LX\" export - -o good.bin <good.bin"
+                            << "good.bin"
+                            << "lxconfig: good.bin: is also the file on standard input to "
+                               "export; nothing is written\n";
+    QTest::newRow("import") << "\"$LX\" import - -o form.json <form.json"
+                            << "form.json"
+                            << "lxconfig: form.json: is also the file on standard input to "
+                               "import; nothing is written\n";
+    QTest::newRow("report, read-write") << "\"$LX\" report - -o good.bin <>good.bin"
+                                        << "good.bin"
+                                        << "lxconfig: good.bin: is also the file on standard "
+                                           "input to report; nothing is written\n";
+}
+
+// The same file reached through standard input ("-" with < FILE) is as much an input as one
+// named: a sheet or a form is not written over it.
+void TestLxconfigFiles::outputThatIsStandardInput()
+{
+    QFETCH(QString, script);
+    QFETCH(QString, input);
+    QFETCH(QString, err);
+    const Workspace workspace;
+    QCOMPARE(workspace.run({"export", "good.bin", "-o", "form.json"}).exitCode, 0);
+    QVERIFY(QFile::link("good.bin", workspace.path("link.bin")));
+    const QByteArray before = workspace.read(input);
+    const QStringList entries = folderEntries(workspace);
+    const ShellResult result = runShell(workspace, script);
+    QCOMPARE(QString::fromLocal8Bit(result.err), err);
+    QCOMPARE(result.out, QByteArray());
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(workspace.read(input), before);
+    QCOMPARE(folderEntries(workspace), entries);
+    // Another file on standard input is read as before.
+    const ShellResult other = runShell(workspace, "\"$LX\" report - -o sheet.html <good.bin");
+    QCOMPARE(other.err, QByteArray());
+    QCOMPARE(other.exitCode, 0);
+}

@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTest>
 
 namespace {
@@ -30,19 +31,35 @@ QJsonObject object(std::initializer_list<QPair<QString, QJsonValue>> members)
 
 const QJsonValue kNull(QJsonValue::Null);
 
+// The words "valid" or "invalid" of a validator's output, one per file.
+inline QStringList verdictWords(const QString &output)
+{
+    QStringList words;
+    for (const QString &line : output.split('\n', Qt::SkipEmptyParts))
+        words << line.section(": ", 1, 1).trimmed();
+    return words;
+}
+
 // Sets OUTPUT to python3-jsonschema's words on files in the workspace, one line "PATH: valid" or
-// "PATH: invalid: REASON" each; skips the test, saying why, when the validator cannot run on this
+// "PATH: invalid: REASON" each, after checking that a second validator (Ajv, on Node.js) gives
+// the same verdict on each; skips the test, saying why, when a validator cannot run on this
 // machine. Macros because QSKIP and QVERIFY must return from the test function itself.
 #define SCHEMA_VERDICTS(workspace, names, output)                                                  \
     do {                                                                                           \
         if (!QFile::exists("/usr/bin/python3"))                                                    \
             QSKIP("/usr/bin/python3 is missing (scripts/install-deps.sh test installs "            \
                   "python3-jsonschema)");                                                          \
-        QStringList arguments_{QStringLiteral(VALIDATOR), QStringLiteral(FORM_SCHEMA)};            \
+        const QString node_ = QStandardPaths::findExecutable("node");                              \
+        if (node_.isEmpty())                                                                       \
+            QSKIP("node is missing (scripts/install-deps.sh test installs Node.js and Ajv)");      \
+        if (!QFile::exists(QStringLiteral(AJV_MODULES "/ajv/package.json")))                       \
+            QSKIP("Ajv is not installed in " AJV_MODULES " (scripts/install-deps.sh test "         \
+                  "installs it)");                                                                 \
+        QStringList arguments_{QStringLiteral(FORM_SCHEMA)};                                       \
         for (const QString &name_ : (names))                                                       \
             arguments_ << (workspace).path(name_);                                                 \
         QProcess validator_;                                                                       \
-        validator_.start("/usr/bin/python3", arguments_);                                          \
+        validator_.start("/usr/bin/python3", QStringList{QStringLiteral(VALIDATOR)} + arguments_); \
         QVERIFY(validator_.waitForFinished(-1));                                                   \
         if (QString::fromUtf8(validator_.readAllStandardError())                                   \
                 .contains("No module named 'jsonschema'"))                                         \
@@ -50,6 +67,16 @@ const QJsonValue kNull(QJsonValue::Null);
                   "it)");                                                                          \
         QCOMPARE(validator_.exitCode(), 0);                                                        \
         output = QString::fromUtf8(validator_.readAllStandardOutput());                            \
+        QProcess ajv_;                                                                             \
+        QProcessEnvironment environment_ = QProcessEnvironment::systemEnvironment();               \
+        environment_.insert("NODE_PATH", QStringLiteral(AJV_MODULES));                             \
+        ajv_.setProcessEnvironment(environment_);                                                  \
+        ajv_.start(node_, QStringList{QStringLiteral(AJV_VALIDATOR)} + arguments_);                \
+        QVERIFY(ajv_.waitForFinished(-1));                                                         \
+        const QString ajvOutput_ = QString::fromUtf8(ajv_.readAllStandardOutput());                \
+        QVERIFY2(ajv_.exitCode() == 0, ajv_.readAllStandardError().constData());                   \
+        QVERIFY2(verdictWords(ajvOutput_) == verdictWords(output),                                 \
+                 qPrintable("python3-jsonschema:\n" + output + "Ajv:\n" + ajvOutput_));            \
     } while (false)
 
 // Sets VERDICT to the word on one file: "valid" or "invalid".
@@ -295,6 +322,10 @@ void TestJsonOutput::schemaAgreesWithImport_data()
     QTest::newRow("magic of five") << "magic=\"CONFX\"" << false;
     QTest::newRow("magic past Latin-1") << "magic=\"CON\\u0100\"" << false;
     QTest::newRow("magic of Latin-1") << "magic=\"CON\\u00ff\"" << true;
+    // A pattern's $ matches before a final newline in Python, so ^...{4}$ let this one through.
+    QTest::newRow("magic of four and a newline") << "magic=\"CONF\\n\"" << false;
+    QTest::newRow("magic of three and a newline") << "magic=\"CON\\n\"" << true;
+    QTest::newRow("magic of three") << "magic=\"CON\"" << false;
 }
 
 void TestJsonOutput::schemaAgreesWithImport()

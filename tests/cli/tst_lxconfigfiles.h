@@ -35,6 +35,8 @@ private slots:
     void outputIntoFifo();
     void outputThatIsAnInput_data();
     void outputThatIsAnInput();
+    void outputThatIsStandardInput_data();
+    void outputThatIsStandardInput();
     void standardInput_data();
     void standardInput();
     void inputFromFifo();
