@@ -28,7 +28,8 @@ for need in "$@"; do
         # The picture of a printed settings sheet in docs/.
         docs) packages+=(chromium poppler-utils) ;;
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
-        bench) packages+=(libbenchmark-dev valgrind diffutils) ;;
+        # time (GNU time) gives lxconfig report's peak memory.
+        bench) packages+=(libbenchmark-dev valgrind diffutils time) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
         asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev llvm-14) ;;
