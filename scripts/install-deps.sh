@@ -3,6 +3,7 @@
 set -euo pipefail
 
 packages=()
+npm_checkers=0
 for need in "$@"; do
     case "$need" in
         # nlohmann-json3-dev: lxconfig's JSON (header-only, nothing to install at run time).
@@ -24,7 +25,13 @@ for need in "$@"; do
               # A real validator for the JSON Schema of lxconfig's form.
               packages+=(python3 python3-jsonschema)
               # The settings sheet printed by a real browser, and its PDF read back.
-              packages+=(chromium poppler-utils) ;;
+              packages+=(chromium poppler-utils)
+              # The sheet's checkers (tests/html): the Nu HTML Checker on Java, axe-core and
+              # puppeteer-core on Node, installed from the lockfile by npm ci below.
+              # A Node or Java installed otherwise (not by Debian's packages) is used as it is.
+              command -v npm >/dev/null || packages+=(nodejs npm)
+              command -v java >/dev/null || packages+=(default-jre-headless)
+              npm_checkers=1 ;;
         # The picture of a printed settings sheet in docs/.
         docs) packages+=(chromium poppler-utils) ;;
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
@@ -44,10 +51,23 @@ for package in "${packages[@]}"; do
         missing+=("$package")
     fi
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
+if [ ${#missing[@]} -ne 0 ]; then
+    sudo=()
+    [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+    echo "Installing: ${missing[*]}"
+    "${sudo[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends \
+        "${missing[@]}"
+fi
 
-sudo=()
-[ "$(id -u)" -eq 0 ] || sudo=(sudo)
-echo "Installing: ${missing[*]}"
-"${sudo[@]}" apt-get update -qq
-DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+# The npm packages of tests/html, exactly as its lockfile names them, when they are not there
+# yet or the lockfile changed since (npm records what it installed in .package-lock.json).
+# No install scripts run: puppeteer-core drives Debian's chromium and fetches no browser.
+html_checks="$(cd "$(dirname "$0")/.." && pwd)/tests/html"
+if [ "$npm_checkers" -eq 1 ] &&
+    ! cmp -s <(sed -n '/"packages"/,$p' "$html_checks/package-lock.json" | grep -c resolved) \
+        <(sed -n '/"packages"/,$p' "$html_checks/node_modules/.package-lock.json" 2>/dev/null |
+            grep -c resolved); then
+    echo "Installing the npm packages of tests/html"
+    (cd "$html_checks" && npm ci --no-audit --no-fund --ignore-scripts --loglevel=error)
+fi

@@ -29,12 +29,12 @@ namespace {
 constexpr const char *kStyle = R"(
 @page { margin: 17mm 14mm 15mm 14mm;
         @bottom-right { content: "page " counter(page) " of " counter(pages); font-size: 8pt; } }
-body { font-family: "DejaVu Sans", "Liberation Sans", Arial, sans-serif; font-size: 9pt;
-       color: #000; margin: 0; }
+body { font-family: "DejaVu Sans", "Liberation Sans", Arial, sans-serif; font-size: 8.5pt;
+       color: #000; margin: 0; line-height: 1.2; }
 section.file { break-after: page; }
 section.file:last-of-type { break-after: auto; }
 h1 { font-size: 14pt; margin: 0 0 1mm 0; overflow-wrap: anywhere; }
-h2 { font-size: 10.5pt; margin: 3mm 0 1mm 0; break-after: avoid; }
+h2 { font-size: 10pt; margin: 2mm 0 0.8mm 0; break-after: avoid; }
 p { margin: 0.8mm 0; }
 section.page.short { break-inside: avoid-page; }
 tbody tr:first-child { break-after: avoid; }
@@ -42,11 +42,11 @@ tbody tr:last-child { break-before: avoid; }
 table { border-collapse: collapse; width: 99.5%; table-layout: fixed; }
 col.caption { width: 19%; } col.shown { width: 29%; } col.stored { width: 19%; }
 col.start { width: 14%; } col.field { width: 19%; }
-th, td { border: 0.3mm solid #888; padding: 0.5mm 1.2mm; text-align: left; vertical-align: top;
+th, td { border: 0.3mm solid #888; padding: 0.3mm 1.2mm; text-align: left; vertical-align: top;
          overflow-wrap: break-word; }
 th { background: #e8e8e8; }
 tr { break-inside: avoid; }
-td.field { font-size: 7.5pt; overflow-wrap: anywhere; }
+td.field { font-size: 7pt; overflow-wrap: anywhere; }
 td.stored { font-family: "DejaVu Sans Mono", monospace; font-size: 8pt; white-space: nowrap; }
 .n { white-space: nowrap; }
 .grid { display: grid; grid-template-columns: repeat(5, auto); column-gap: 1.5mm;
@@ -56,8 +56,8 @@ tr.changed td.caption::before { content: "\25B6\00A0"; }
 td.finding::after { content: "\00A0\2020"; }
 p.verdict.valid { color: #005a00; }
 p.verdict.refused, p.verdict.unreadable { color: #a00000; font-weight: bold; }
-ul.findings { margin: 0; padding-left: 5mm; }
-ul.findings li { margin-bottom: 0.8mm; }
+ul.findings { margin: 0; padding-left: 4mm; font-size: 7.5pt; columns: 2; column-gap: 6mm; }
+ul.findings li { margin-bottom: 0.6mm; break-inside: avoid; }
 .legend { font-size: 7.5pt; color: #333; }
 dl.signoff { display: grid; grid-template-columns: auto 1fr auto 1fr; column-gap: 2mm;
              align-items: end; margin: 1.5mm 0 2mm 0; width: 99.5%; }
