@@ -66,9 +66,8 @@ const std::vector<Command> &commandTable()
          "separated list of shell patterns. A warning names the fields a form rule ties to a\n"
          "field that the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
-        {"report", "report FILE... [-o OUT | --pdf OUT.pdf]",
-         "write a printable settings sheet (HTML or PDF)", 1, kAnyNumber, OutputOption::Optional,
-         kBackup | kSheet, reportCommand,
+        {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
+         kAnyNumber, OutputOption::Optional, kBackup | kSheet, reportCommand,
          "One HTML page, to print on A4 or Letter, with a section per file: its camera, a\n"
          "sign-off block, its checksum and the editor's verdict, the eight pages of the window\n"
          "in tab order with the editor's captions and item texts, the values that differ from\n"
