@@ -5,7 +5,8 @@
 #     library and as the program over 10,000 files;
 #   - start-up to the first painted window, the editor against a bare QMainWindow of its size:
 #     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
-#   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`.
+#   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`;
+#   - lxconfig report's peak memory (GNU time) over the same 10,000 files.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
 # FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), JOBS (default 2).
 set -euo pipefail
@@ -49,6 +50,10 @@ echo "Timing lxconfig check --strict against check over 10,000 files..." >&2
 bench/lxconfig/strict.sh "$build/src/cli/lxconfig" "$results" "${STRICT_RUNS:-5}" \
     >"$results/lxconfig-strict.txt"
 
+echo "Measuring lxconfig report's peak memory over the same 10,000 files..." >&2
+bench/lxconfig/report-memory.sh "$build/src/cli/lxconfig" "$results" \
+    >"$results/lxconfig-report-memory.txt"
+
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
     -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
@@ -64,3 +69,10 @@ awk '{
     printf "  check --strict   %8.1f ms   %.2f\n", v["strict"] / 1e6, v["strict"] / v["check"]
     printf "  %d findings; %d files with none\n", v["findings"], v["clean"]
 }' "$results/lxconfig-strict.txt"
+echo
+awk '{
+    for (i = 1; i <= NF; ++i) { split($i, pair, "="); v[pair[1]] = pair[2] }
+    printf "lxconfig report of %d files, peak resident memory\n", v["files"]
+    printf "  to standard output   %8.1f MB\n", v["stdout_kb"] / 1024
+    printf "  with -o              %8.1f MB   (a page of %.0f MB)\n", v["output_kb"] / 1024, v["page_bytes"] / 1048576
+}' "$results/lxconfig-report-memory.txt"

@@ -9,6 +9,9 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Edits, checks and scripts the LXCONFIG.BIN configuration file of the\n Lumarex 2.0 recorder: the editor lumarex-config and the command-line\n companion lxconfig.")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# lxconfig report --pdf prints through a headless Chromium when one is installed; without it the
+# sheet is still written as HTML, so the browser is a suggestion, not a dependency.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS chromium)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_STRIP_FILES ON)
 # Read by the scripts below, which run inside cpack.

@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=()
-ajv=0
+npm_checkers=0
 for need in "$@"; do
     case "$need" in
         # nlohmann-json3-dev: lxconfig's JSON (header-only, nothing to install at run time).
@@ -23,17 +23,21 @@ for need in "$@"; do
               # The shells whose completion of lxconfig is tested.
               packages+=(bash bash-completion zsh fish)
               # Two real validators for the JSON Schema of lxconfig's form: python3-jsonschema,
-              # and Ajv on Node.js (from npm, below).
-              packages+=(python3 python3-jsonschema nodejs)
-              # Debian's npm, unless some other npm came with the Node.js installed.
-              command -v npm >/dev/null || packages+=(npm)
-              ajv=1
+              # and Ajv on Node.js (tests/html, below).
+              packages+=(python3 python3-jsonschema)
               # The settings sheet printed by a real browser, and its PDF read back.
-              packages+=(chromium poppler-utils) ;;
+              packages+=(chromium poppler-utils)
+              # The sheet's checkers and Ajv (tests/html): the Nu HTML Checker on Java, axe-core
+              # and puppeteer-core on Node, installed from the lockfile by npm ci below.
+              # A Node or Java installed otherwise (not by Debian's packages) is used as it is.
+              command -v npm >/dev/null || packages+=(nodejs npm)
+              command -v java >/dev/null || packages+=(default-jre-headless)
+              npm_checkers=1 ;;
         # The picture of a printed settings sheet in docs/.
         docs) packages+=(chromium poppler-utils) ;;
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
-        bench) packages+=(libbenchmark-dev valgrind diffutils) ;;
+        # time (GNU time) gives lxconfig report's peak memory.
+        bench) packages+=(libbenchmark-dev valgrind diffutils time) ;;
         # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
         asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev llvm-14) ;;
@@ -48,21 +52,23 @@ for package in "${packages[@]}"; do
         missing+=("$package")
     fi
 done
-
-sudo=()
-[ "$(id -u)" -eq 0 ] || sudo=(sudo)
 if [ ${#missing[@]} -ne 0 ]; then
+    sudo=()
+    [ "$(id -u)" -eq 0 ] || sudo=(sudo)
     echo "Installing: ${missing[*]}"
     "${sudo[@]}" apt-get update -qq
     DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends \
         "${missing[@]}"
 fi
 
-# Ajv (five small packages) for tst_jsonoutput, in the folder the test names; pinned, so that a
-# run tomorrow validates as one today.
-ajv_prefix=/usr/local/lib/lumarex-test
-if [ "$ajv" -eq 1 ] && [ ! -f "$ajv_prefix/node_modules/ajv/package.json" ]; then
-    echo "Installing: ajv (npm) in $ajv_prefix"
-    "${sudo[@]}" npm install --prefix "$ajv_prefix" --no-audit --no-fund --loglevel=error \
-        ajv@8.17.1
+# The npm packages of tests/html, exactly as its lockfile names them, when they are not there
+# yet or the lockfile changed since (npm records what it installed in .package-lock.json).
+# No install scripts run: puppeteer-core drives Debian's chromium and fetches no browser.
+html_checks="$(cd "$(dirname "$0")/.." && pwd)/tests/html"
+if [ "$npm_checkers" -eq 1 ] &&
+    ! cmp -s <(sed -n '/"packages"/,$p' "$html_checks/package-lock.json" | grep -c resolved) \
+        <(sed -n '/"packages"/,$p' "$html_checks/node_modules/.package-lock.json" 2>/dev/null |
+            grep -c resolved); then
+    echo "Installing the npm packages of tests/html"
+    (cd "$html_checks" && npm ci --no-audit --no-fund --ignore-scripts --loglevel=error)
 fi

@@ -106,8 +106,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     lxconfig::ReportedFile unreadable;
     unreadable.path = name;
     unreadable.unreadable = name;
-    const std::string page = lxconfig::htmlReport({file, unreadable});
+    // The name as the file's and as the camera's, so that it is in the style sheet's headers too.
+    lxconfig::SheetOptions options;
+    options.title = name;
+    const std::string page =
+        lxconfig::reportHead({name, name}, options) + lxconfig::reportSection(file, 0, options) +
+        lxconfig::reportSection(unreadable, 1, options) + lxconfig::reportTail();
     require(isXmlText(page));
-    require(page.find("<h1>" + escaped + "</h1>") != std::string::npos);
+    require(page.find("-name\">" + escaped + "</h1>") != std::string::npos);
+    // The style sheet reads the same as HTML and as XML: nothing in it to end or escape.
+    const std::size_t styleStart = page.find("<style>") + 7;
+    const std::string style = page.substr(styleStart, page.find("</style>") - styleStart);
+    require(style.find_first_of("<&") == std::string::npos);
     return 0;
 }

@@ -26,7 +26,9 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
     if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
         given(invocation.format != Format::Text, kFormat) ||
         given(invocation.backup != Backup::None, kBackup) ||
-        given(!invocation.fieldsPattern.empty(), kFields))
+        given(!invocation.fieldsPattern.empty(), kFields) ||
+        given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
+              kSheet))
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -55,6 +57,9 @@ struct ParsedLine
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern;
+    std::string pdfPath;
+    std::string title;
+    std::string paper;
     std::string error;
     std::vector<std::string> unknown;
 
@@ -138,10 +143,23 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             if (value.empty())
                 line.error = "The pattern after '--fields' is empty.";
             line.fieldsPattern = value;
+        } else if (name == "pdf") {
+            if (value.empty())
+                line.error = "The file name after '--pdf' is empty.";
+            line.pdfPath = value;
+        } else if (name == "title") {
+            if (value.empty())
+                line.error = "The name after '--title' is empty.";
+            line.title = value;
+        } else if (name == "paper") {
+            if (value != "a4" && value != "letter")
+                line.error = "Unknown paper '" + value + "' (a4 or letter).";
+            line.paper = value;
         }
     };
     const auto takesValue = [](const std::string &name) {
-        return name == "output" || name == "format" || name == "fields";
+        return name == "output" || name == "format" || name == "fields" || name == "pdf" ||
+               name == "title" || name == "paper";
     };
     for (auto it = arguments.begin(); it != arguments.end(); ++it) {
         const std::string &argument = *it;
@@ -241,6 +259,9 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;
+    invocation.pdfPath = line.pdfPath;
+    invocation.title = line.title;
+    invocation.paper = line.paper;
     if (!fits(*command, invocation, line.outputPath.has_value())) {
         output.usageError(std::string("usage: lxconfig ") + command->synopsis);
         return kExitError;

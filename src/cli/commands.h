@@ -32,6 +32,9 @@ struct Invocation
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern; // apply: only the template's fields that match, empty: all
+    std::string pdfPath;       // report: print the sheet to this PDF through a browser
+    std::string title;         // report: the camera's name on every sheet
+    std::string paper;         // report: "a4" or "letter"; empty: the printer's
 };
 
 int checkCommand(const Invocation &invocation, Output &output);

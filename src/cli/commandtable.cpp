@@ -67,13 +67,17 @@ const std::vector<Command> &commandTable()
          "field that the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
-         kAnyNumber, OutputOption::Optional, kBackup, reportCommand,
-         "One HTML page, to print on A4 or Letter, with a section per file: its checksum and\n"
-         "the editor's verdict, the eight pages of the window in tab order with the editor's\n"
-         "captions and item texts, the values that differ from the untouched form marked, and\n"
-         "what the editor would change. Exit status 1 when a file is not valid; an OUT that\n"
-         "is one of the FILEs is refused, so a sheet never replaces a camera's file.\n",
-         "lxconfig report cam*/LXCONFIG.BIN -o settings.html"},
+         kAnyNumber, OutputOption::Optional, kBackup | kSheet, reportCommand,
+         "One HTML page, to print on A4 or Letter, with a section per file: its camera, a\n"
+         "sign-off block, its checksum and the editor's verdict, the eight pages of the window\n"
+         "in tab order with the editor's captions and item texts, the values that differ from\n"
+         "the untouched form marked, and what the editor would change. Every sheet names the\n"
+         "camera and file and shows the date and page N of M. The camera is the file's folder\n"
+         "name unless --title names it. --pdf prints the page to a PDF through a headless\n"
+         "Chromium found on PATH (A4 unless --paper letter). Exit status 1 when a file is not\n"
+         "valid; an OUT that is one of the FILEs is refused, so a sheet never replaces a\n"
+         "camera's file.\n",
+         "lxconfig report cam*/LXCONFIG.BIN --pdf settings.pdf"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,
          "Without a command, the list of commands and options; with one, its own page, as\n"
@@ -103,6 +107,12 @@ std::vector<OptionInfo> optionsOf(const Command &command)
         {kForce, "--force", "write a magic or format version the editor refuses", {"--force"}},
         {kFormat, "--format FORMAT", "text (the default) or json", {"--format"}},
         {kFields, "--fields PATTERN", "only the template's fields whose names match", {"--fields"}},
+        {kSheet, "--pdf OUT.pdf", "print the sheet to a PDF with a headless Chromium", {"--pdf"}},
+        {kSheet, "--title NAME", "the camera's name on every sheet", {"--title"}},
+        {kSheet,
+         "--paper SIZE",
+         "a4 or letter (the default: the printer's; A4 for --pdf)",
+         {"--paper"}},
         {kBackup,
          "--backup[=KIND]",
          "keep the old file: simple, numbered or existing",

@@ -311,17 +311,22 @@ std::optional<Failure> OutputFile::read(std::size_t limit, InputBytes &bytes)
 
 std::optional<Failure> OutputFile::replace(std::string_view data, Backup backup)
 {
-    return m_kind == Kind::Stream ? writeStream(data) : writeReplacement(data, backup);
+    return replaceWith([data](int fd) { return writeAll(fd, data); }, backup);
 }
 
-std::optional<Failure> OutputFile::writeStream(std::string_view data)
+std::optional<Failure> OutputFile::replaceWith(const ContentWriter &write, Backup backup)
+{
+    return m_kind == Kind::Stream ? writeStream(write) : writeReplacement(write, backup);
+}
+
+std::optional<Failure> OutputFile::writeStream(const ContentWriter &write)
 {
     const int fd = m_descriptor ? *m_descriptor
                                 : ::open(m_target.c_str(),
                                          O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666);
     if (fd == -1)
         return failure("cannot write", errno);
-    int error = writeAll(fd, data);
+    int error = write(fd);
     if (!m_descriptor && ::close(fd) == -1 && error == 0)
         error = errno;
     return error == 0 ? std::nullopt : std::optional<Failure>(failure("cannot write", error));
@@ -331,7 +336,7 @@ std::optional<Failure> OutputFile::writeStream(std::string_view data)
 // that can be held back is held back for those two calls; a SIGKILL or a power cut there leaves
 // the file under its short name, which is the locked file's inode number: the next lxconfig to
 // lock the same file removes it.
-std::optional<Failure> OutputFile::writeReplacement(std::string_view data, Backup backup)
+std::optional<Failure> OutputFile::writeReplacement(const ContentWriter &write, Backup backup)
 {
     struct stat old = {};
     if (m_kind == Kind::Regular && ::fstat(m_lockedFd, &old) == -1)
@@ -360,7 +365,7 @@ std::optional<Failure> OutputFile::writeReplacement(std::string_view data, Backu
         return std::optional<Failure>(failure("cannot write", error));
     };
 
-    if (const int error = writeAll(fd, data))
+    if (const int error = write(fd))
         return fail(error);
     if (m_kind == Kind::Regular) {
         // Owner first: changing it clears the set-user-ID and set-group-ID bits that the mode

@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -82,6 +83,10 @@ public:
     // first linked in under the backup's name, beside the file a symbolic link leads to; a
     // backup that cannot be made is a failure ("cannot back up: REASON") that changes nothing.
     std::optional<Failure> replace(std::string_view data, Backup backup = Backup::None);
+    // The same with contents that write(fd) writes piece by piece (returning 0 or an errno), so
+    // that a long output is never held whole.
+    using ContentWriter = std::function<int(int fd)>;
+    std::optional<Failure> replaceWith(const ContentWriter &write, Backup backup = Backup::None);
 
 private:
     enum class Kind
@@ -93,8 +98,8 @@ private:
 
     std::optional<Failure> resolve(const std::string &path, bool forReading);
     std::optional<Failure> lock(bool forReading);
-    std::optional<Failure> writeStream(std::string_view data);
-    std::optional<Failure> writeReplacement(std::string_view data, Backup backup);
+    std::optional<Failure> writeStream(const ContentWriter &write);
+    std::optional<Failure> writeReplacement(const ContentWriter &write, Backup backup);
     int linkBackup(const std::string &base, Backup backup) const;
     std::string backupPendingName() const;
     Failure failure(const char *what, int error) const;

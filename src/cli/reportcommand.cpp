@@ -1,45 +1,205 @@
-// lxconfig report FILE... [-o OUT.html]: the printable settings sheet of each file, in one
-// HTML page on standard output or in OUT.
+// lxconfig report FILE... [-o OUT.html | --pdf OUT.pdf]: the printable settings sheet of each
+// file, in one HTML page on standard output or in OUT, or printed to a PDF by a headless
+// browser. The page is written a file at a time, so a report of many files takes little memory.
 
 #include "commandfiles.h"
 #include "commands.h"
 #include "htmlreport.h"
+#include "pdfprint.h"
 #include "recordfile.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <unistd.h>
 
 namespace lxconfig {
 
-int reportCommand(const Invocation &invocation, Output &output)
+namespace {
+
+// The footer's date: today's in the local time zone, or SOURCE_DATE_EPOCH's (in UTC) when that
+// is set, so that a sheet made twice is the same.
+std::string dateLine(bool printed)
 {
-    if (refuseOutputOverInput(invocation, "to report", output))
-        return kExitFailure;
-    std::vector<ReportedFile> files;
-    int status = kExitSuccess;
-    for (const std::string &path : invocation.arguments) {
+    std::time_t now = std::time(nullptr);
+    std::tm day = {};
+    if (const char *epoch = std::getenv("SOURCE_DATE_EPOCH")) {
+        now = static_cast<std::time_t>(std::strtoll(epoch, nullptr, 10));
+        gmtime_r(&now, &day);
+    } else {
+        localtime_r(&now, &day);
+    }
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%d", &day);
+    return std::string(printed ? "printed " : "made ") + text;
+}
+
+// Reads each file and hands its section on; the status says whether every file was valid.
+class SheetWriter
+{
+public:
+    SheetWriter(const Invocation &invocation, const SheetOptions &options, Output &output)
+        : m_invocation(invocation), m_options(options), m_output(output)
+    {}
+
+    // Calls put with the head, each file's section and the tail; stops at put's first error.
+    template <typename Put> int write(Put put)
+    {
+        if (const int error = put(reportHead(m_invocation.arguments, m_options)))
+            return error;
+        for (std::size_t index = 0; index < m_invocation.arguments.size(); ++index) {
+            if (const int error = put(reportSection(readFile(index), index, m_options)))
+                return error;
+        }
+        return put(reportTail());
+    }
+
+    int status() const { return m_status; }
+
+private:
+    ReportedFile readFile(std::size_t index)
+    {
         ReportedFile file;
-        file.path = path;
+        file.path = m_invocation.arguments[index];
         InputBytes bytes;
         if (const std::optional<Failure> failure =
-                readInput(path, kEditorReadSize, Overflow::Ignore, bytes)) {
+                readInput(file.path, kEditorReadSize, Overflow::Ignore, bytes)) {
             // Reported on the sheet and here; the other files are still reported.
-            output.error(failure->message());
+            m_output.error(failure->message());
             file.unreadable = failure->reason;
-            status = kExitFailure;
+            m_status = kExitFailure;
         } else {
             file.record = recordOf(bytes);
             file.refusal = recordProblem(file.record);
             file.sizeNote = sizeProblem(bytes);
             if (file.refusal)
-                status = kExitFailure;
+                m_status = kExitFailure;
         }
-        files.push_back(file);
+        return file;
     }
-    const std::string html = htmlReport(files);
+
+    const Invocation &m_invocation;
+    const SheetOptions &m_options;
+    Output &m_output;
+    int m_status = kExitSuccess;
+};
+
+// A fresh folder for the page, the PDF and the browser's profile, removed with everything in it.
+class WorkFolder
+{
+public:
+    WorkFolder()
+    {
+        const char *tmp = std::getenv("TMPDIR");
+        std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/lxconfig-report.XXXXXX";
+        if (::mkdtemp(pattern.data()))
+            m_path = pattern;
+        else
+            m_error = errno;
+    }
+    ~WorkFolder()
+    {
+        std::error_code ignored;
+        if (!m_path.empty())
+            std::filesystem::remove_all(m_path, ignored);
+    }
+    const std::string &path() const { return m_path; }
+    int error() const { return m_error; }
+
+private:
+    std::string m_path;
+    int m_error = 0;
+};
+
+int printReport(const Invocation &invocation, SheetOptions options, Output &output)
+{
+    Invocation asPdf = invocation;
+    asPdf.outputPath = invocation.pdfPath;
+    if (refuseOutputOverInput(asPdf, "to report", output))
+        return kExitFailure;
+    const std::optional<std::string> browser = browserOnPath();
+    if (!browser) {
+        std::string names;
+        for (const std::string &name : browserNames())
+            names += (names.empty() ? "" : ", ") + name;
+        output.error(invocation.pdfPath + ": cannot print: no headless browser on PATH (" + names +
+                     "); install chromium, or write the page with -o and print it from a "
+                     "browser");
+        return kExitFailure;
+    }
+    WorkFolder work;
+    if (work.path().empty()) {
+        output.error(invocation.pdfPath +
+                     ": cannot make a temporary folder: " + std::strerror(work.error()));
+        return kExitFailure;
+    }
+    if (options.paper == Paper::Any)
+        options.paper = Paper::A4;
+    const std::string html = work.path() + "/sheet.html";
+    const std::string pdf = work.path() + "/sheet.pdf";
+    SheetWriter writer(invocation, options, output);
+    OutputFile page;
+    std::optional<Failure> failure = page.open(html);
+    if (!failure) {
+        failure = page.replaceWith([&writer](int fd) {
+            return writer.write([fd](const std::string &piece) { return writeAll(fd, piece); });
+        });
+    }
+    if (report(failure, output) == false)
+        return kExitFailure;
+    if (const std::optional<std::string> why = printToPdf(*browser, html, pdf, work.path())) {
+        output.error(invocation.pdfPath + ": cannot print: " + *why);
+        return kExitFailure;
+    }
+    std::ifstream in(pdf, std::ios::binary);
+    const std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return writeOutputFile(invocation.pdfPath, data, output, invocation.backup) ? writer.status()
+                                                                                : kExitFailure;
+}
+
+} // namespace
+
+int reportCommand(const Invocation &invocation, Output &output)
+{
+    SheetOptions options;
+    options.title = invocation.title;
+    options.paper = invocation.paper == "a4"       ? Paper::A4
+                    : invocation.paper == "letter" ? Paper::Letter
+                                                   : Paper::Any;
+    if (!invocation.pdfPath.empty()) {
+        if (!invocation.outputPath.empty()) {
+            output.usageError("report writes a page (-o) or a PDF (--pdf), not both");
+            return kExitError;
+        }
+        options.dateLine = dateLine(true);
+        return printReport(invocation, options, output);
+    }
+    if (refuseOutputOverInput(invocation, "to report", output))
+        return kExitFailure;
+    options.dateLine = dateLine(false);
+    SheetWriter writer(invocation, options, output);
     if (invocation.outputPath.empty()) {
-        output.out(html);
-        return status;
+        writer.write([&output](const std::string &piece) {
+            output.out(piece);
+            return 0;
+        });
+        return writer.status();
     }
-    return writeOutputFile(invocation.outputPath, html, output, invocation.backup) ? status
-                                                                                   : kExitFailure;
+    OutputFile file;
+    std::optional<Failure> failure = file.open(invocation.outputPath);
+    if (!failure) {
+        failure = file.replaceWith(
+            [&writer](int fd) {
+                return writer.write([fd](const std::string &piece) { return writeAll(fd, piece); });
+            },
+            invocation.backup);
+    }
+    return report(failure, output) ? writer.status() : kExitFailure;
 }
 
 } // namespace lxconfig

@@ -1,6 +1,7 @@
 #include "xmltext.h"
 
 #include <cstddef>
+#include <cstdio>
 
 namespace lxconfig {
 
@@ -56,7 +57,59 @@ bool isNonCharacter(const std::string &text, std::size_t i, std::size_t length)
            byteAt(text, i + 2) >= 0xBE;
 }
 
+// Calls keep(i, length) for each character XML allows and replace() for each byte or character
+// it does not, in order.
+template <typename Keep, typename Replace>
+void forEachCharacter(const std::string &text, Keep keep, Replace replace)
+{
+    for (std::size_t i = 0; i < text.size();) {
+        const unsigned char byte = byteAt(text, i);
+        if (byte >= 0x80) {
+            const std::size_t length = sequenceLength(text, i);
+            if (length == 0 || isNonCharacter(text, i, length)) {
+                replace();
+                i += length == 0 ? 1 : length;
+            } else {
+                keep(i, length);
+                i += length;
+            }
+        } else {
+            // XML 1.0 allows no control characters in text but tab and line feed (a carriage
+            // return would be read back as a line feed).
+            if (byte < 0x20 && byte != '\t' && byte != '\n')
+                replace();
+            else
+                keep(i, 1);
+            ++i;
+        }
+    }
+}
+
 } // namespace
+
+std::string cssString(const std::string &text)
+{
+    std::string out = "\"";
+    forEachCharacter(
+        text,
+        [&](std::size_t i, std::size_t length) {
+            const unsigned char byte = byteAt(text, i);
+            const bool plain = length > 1 || (byte >= 'a' && byte <= 'z') ||
+                               (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
+                               byte == ' ' || byte == '.' || byte == '_' || byte == '-' ||
+                               byte == '/';
+            if (plain) {
+                out.append(text, i, length);
+            } else {
+                // Six hex digits need no space after them to end the escape.
+                char escape[8];
+                std::snprintf(escape, sizeof escape, "\\%06X", byte);
+                out += escape;
+            }
+        },
+        [&] { out += kReplacement; });
+    return out + "\"";
+}
 
 std::string xmlEscaped(const std::string &text)
 {

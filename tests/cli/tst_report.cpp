@@ -5,6 +5,8 @@
 #include "shellrun.h"
 #include "workspace.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QMap>
 #include <QTest>
 #include <QXmlStreamReader>
@@ -47,7 +49,8 @@ QVector<Section> parsedReport(const QString &html)
                 row = Row{cls, {}};
                 rowField = xml.attributes().value("data-field").toString();
             }
-            text.clear();
+            if (name != "span") // numbers kept whole, and the grid of an array's numbers
+                text.clear();
         } else if (xml.isCharacters()) {
             text += xml.text();
         } else if (xml.isEndElement() && !sections.isEmpty()) {
@@ -68,7 +71,8 @@ QVector<Section> parsedReport(const QString &html)
                 rowField.clear();
             } else if (name == "li")
                 section.findings << text;
-            text.clear();
+            if (name != "span")
+                text.clear();
         }
     }
     if (xml.hasError()) {
@@ -102,6 +106,10 @@ private slots:
     void refusedAndOddSizedFiles();
     void intoAFile();
     void backupOfTheSheet();
+    void headersOfEverySheet();
+    void cameraNames();
+    void valueAsStored();
+    void pdfOptions();
 
 private:
     Workspace m_workspace;
@@ -193,7 +201,9 @@ void TestReport::severalFilesAndFailures()
         "Verdict: the editor refuses it: bad magic \"XONF\" (expected \"CONF\")"));
     QCOMPARE(sections[1].pages, kPages.mid(0, 9)); // no findings for a file never loaded
     QCOMPARE(sections[2].title, "missing.bin");
-    QCOMPARE(sections[2].paragraphs, QStringList{"cannot open: No such file or directory"});
+    QCOMPARE(sections[2].paragraphs,
+             QStringList({"Camera: " + QFileInfo(m_workspace.path("good.bin")).dir().dirName(),
+                          "cannot open: No such file or directory"}));
     QCOMPARE(sections[2].pages, QStringList());
     QCOMPARE(sections[3].title, "cam.bin");
 }
@@ -231,8 +241,8 @@ void TestReport::namesThatAreNotUtf8()
     QCOMPARE(sections[1].pages, kPages);
     // The bytes themselves, as a lenient UTF-8 decoder would hide a sequence passed through.
     const QByteArray r8("\xEF\xBF\xBD");
-    QVERIFY(result.out.contains("<h1>a" + r8 + "b" + r8 + r8 + "c" + r8 + r8 + r8 + "d" + r8 + "e" +
-                                r8 + r8 + r8 + r8 + "f" + r8 + "g" + r8 + r8 +
+    QVERIFY(result.out.contains("-name\">a" + r8 + "b" + r8 + r8 + "c" + r8 + r8 + r8 + "d" + r8 +
+                                "e" + r8 + r8 + r8 + r8 + "f" + r8 + "g" + r8 + r8 +
                                 ".\xC3\xA9.bin</h1>"));
 }
 
@@ -320,6 +330,117 @@ void TestReport::backupOfTheSheet()
     QCOMPARE(parsedReport(QString::fromUtf8(m_workspace.read("sheet.html.~1~"))).first().title,
              "good.bin");
     QCOMPARE(m_workspace.read("sheet.html~"), first);
+}
+
+// The page is HTML5 that is also XML, without an XML declaration (which HTML does not allow),
+// with its content in a main landmark. The style sheet gives every sheet the footer's date and
+// page number and, through a named page per file, a header with the camera and file.
+void TestReport::headersOfEverySheet()
+{
+    const QString folder = QFileInfo(m_workspace.path("good.bin")).dir().dirName();
+    const RunResult result =
+        m_workspace.run({"report", "good.bin", "cam.bin"}, {"SOURCE_DATE_EPOCH=1795392000"});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.out.startsWith("<!DOCTYPE html>\n<html "));
+    QVERIFY(!result.out.contains("<?xml"));
+    QVERIFY(result.out.contains("<body>\n<main>\n<section class=\"file\" id=\"f1\""));
+    QVERIFY(result.out.endsWith("</main>\n</body>\n</html>\n"));
+    QVERIFY(result.out.contains("<title>Settings sheet: 2 files</title>"));
+    QVERIFY(result.out.contains("@bottom-right { content: \"page \" counter(page) \" of \" "
+                                "counter(pages);"));
+    QVERIFY(result.out.contains("@page { size: auto; @bottom-left { content: \"made "
+                                "2026-11-23\";"));
+    for (const QString &file : {QString("f1"), QString("f2")}) {
+        QVERIFY(result.out.contains("#" + file + " { page: " + file + "; }"));
+        QVERIFY(result.out.contains("@page " + file + " { @top-left { content: \"Camera " + folder +
+                                    "  \u00b7  " + (file == "f1" ? "good.bin" : "cam.bin") +
+                                    "\";"));
+    }
+    // The sign-off block opens each file's first sheet.
+    QCOMPARE(result.out.count("<dl class=\"signoff\"><dt>Checked by</dt><dd></dd><dt>Date</dt>"
+                              "<dd></dd></dl>"),
+             2);
+    // A name in the style sheet has every sign of CSS, HTML or XML escaped.
+    m_workspace.write("a\"b<c>&d.bin", m_workspace.read("good.bin"));
+    const RunResult odd = m_workspace.run({"report", "a\"b<c>&d.bin", "--paper", "letter"});
+    QCOMPARE(odd.exitCode, 0);
+    QVERIFY(odd.out.contains("@page { size: letter;"));
+    QVERIFY(odd.out.contains("  a\\000022b\\00003Cc\\00003E\\000026d.bin\";"));
+    QCOMPARE(parsedReport(odd.out).size(), 1);
+}
+
+// The camera is the name of the file's folder, or the one --title gives every file.
+void TestReport::cameraNames()
+{
+    QVERIFY(QDir(m_workspace.path(".")).mkpath("north mast"));
+    m_workspace.write("north mast/LXCONFIG.BIN", m_workspace.read("good.bin"));
+    const RunResult result = m_workspace.run({"report", "north mast/LXCONFIG.BIN"});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(parsedReport(result.out).first().paragraphs.contains("Camera: north mast"));
+    QVERIFY(result.out.contains("<title>Settings sheet: north mast, north mast/LXCONFIG.BIN"
+                                "</title>"));
+    const RunResult titled =
+        m_workspace.run({"report", "good.bin", "cam.bin", "--title", "Mast 7 <west>"});
+    QCOMPARE(titled.exitCode, 0);
+    const QVector<Section> sections = parsedReport(titled.out);
+    QCOMPARE(sections.size(), 2);
+    for (const Section &section : sections)
+        QVERIFY(section.paragraphs.contains("Camera: Mast 7 <west>"));
+}
+
+// The Value column's one rule: what the file holds in the window's words, never clamped, with
+// a dagger (class "finding") where the window would not keep it.
+void TestReport::valueAsStored()
+{
+    QCOMPARE(m_workspace.run({"set", "--force", "cam.bin", "esoOffset=-125"}).exitCode, 0);
+    const RunResult result = m_workspace.run({"report", "cam.bin"});
+    QCOMPARE(result.exitCode, 0);
+    const Section section = parsedReport(result.out).first();
+    QCOMPARE(section.rows["esoOffset"].cells,
+             QStringList({"Offset", "-1.25", "-125", "0.00", "esoOffset"}));
+    QVERIFY(result.out.contains("<td class=\"shown finding\"><span class=\"n\">-1.25</span>"));
+    QVERIFY(result.out.contains("<td class=\"shown finding\"><span class=\"n\">1500</span>"));
+    QVERIFY(result.out.contains("<td class=\"shown finding\">(no item)</td><td class=\"stored\">"
+                                "<span class=\"n\">17</span>"));
+    QVERIFY(result.out.contains("<td class=\"shown\">checked</td>")); // gimbalRc: kept as it is
+    QVERIFY(section.paragraphs.contains(
+        "Value: what the file holds, in the window's words (item text, check box, degrees); a "
+        "value out of the window's range is listed as stored, never as the window would clamp "
+        "it, and marked \u2020: what the editor would make of it is under \u201cWhat the editor "
+        "would change\u201d. Stored: the number in the file. Marked rows (\u25b6, bold) differ "
+        "from the editor's untouched form, whose value is in the next column."));
+    // The 20 trigger values as a grid, each number whole.
+    QVERIFY(result.out.contains("<td class=\"stored\"><span class=\"grid\"><span class=\"n\">688"
+                                "</span> <span class=\"n\">688</span> <span class=\"n\">700"
+                                "</span>"));
+}
+
+// --pdf, --title and --paper belong to report; --pdf writes no page beside the PDF, is never
+// written over a file to report, and says what to do when no browser is installed.
+void TestReport::pdfOptions()
+{
+    const QString usage = "lxconfig: usage: lxconfig report FILE... [-o OUT]\n"
+                          "Try 'lxconfig --help'.\n";
+    COMPARE_RUN(m_workspace.run({"check", "good.bin", "--title", "x"}), 2, "",
+                "lxconfig: usage: lxconfig check FILE...\nTry 'lxconfig --help'.\n");
+    COMPARE_RUN(m_workspace.run({"report", "good.bin", "--paper", "a5"}), 2, "",
+                "lxconfig: Unknown paper 'a5' (a4 or letter).\nTry 'lxconfig --help'.\n");
+    COMPARE_RUN(m_workspace.run({"report", "good.bin", "--pdf", "x.pdf", "-o", "x.html"}), 2, "",
+                "lxconfig: report writes a page (-o) or a PDF (--pdf), not both\n"
+                "Try 'lxconfig --help'.\n");
+    const QByteArray camera = m_workspace.read("cam.bin");
+    COMPARE_RUN(m_workspace.run({"report", "cam.bin", "--pdf", "cam.bin"}), 1, "",
+                "lxconfig: cam.bin: is also the file cam.bin to report; nothing is written\n");
+    QCOMPARE(m_workspace.read("cam.bin"), camera);
+    const ShellResult none =
+        runShell(m_workspace, "PATH=/nonexistent \"$LX\" report good.bin --pdf sheet.pdf");
+    QCOMPARE(none.exitCode, 1);
+    QCOMPARE(none.out, QByteArray());
+    QCOMPARE(none.err, QByteArray("lxconfig: sheet.pdf: cannot print: no headless browser on PATH "
+                                  "(chromium, chromium-browser, google-chrome, "
+                                  "google-chrome-stable, chrome); install chromium, or write the "
+                                  "page with -o and print it from a browser\n"));
+    QVERIFY(!m_workspace.exists("sheet.pdf"));
 }
 
 QTEST_GUILESS_MAIN(TestReport)

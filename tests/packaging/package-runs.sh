@@ -31,6 +31,13 @@ for library in libc6 libqt5core5a libqt5widgets5; do
         exit 1
     fi
 done
+# lxconfig report --pdf uses a browser when there is one: suggested, never required.
+suggests=$(dpkg-deb -f "$package" Suggests)
+echo "Suggests: $suggests"
+if [ "$suggests" != chromium ] || grep -q chromium <<<"$depends"; then
+    echo "FAIL: chromium should be suggested (Suggests: $suggests), not depended on" >&2
+    exit 1
+fi
 version=$(dpkg-deb -f "$package" Version)
 changelog_version=$(dpkg-parsechangelog -l "$source_dir/data/debian/changelog" -S Version)
 release_version=$(sed -n 's/.*<release version="\([^"]*\)".*/\1/p' \
