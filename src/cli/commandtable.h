@@ -26,6 +26,7 @@ enum Accepts : unsigned
     kFormat = 1u << 2,
     kBackup = 1u << 3,
     kFields = 1u << 4,
+    kRaw = 1u << 5,
 };
 
 inline constexpr int kAnyNumber = -1;
