@@ -65,12 +65,14 @@ const std::vector<Command> &commandTable()
          "nothing is written.\n",
          "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
         {"apply", "apply TEMPLATE FILE...", "set a JSON template's fields in each file", 2,
-         kAnyNumber, OutputOption::None, kFields | kBackup, applyCommand,
+         kAnyNumber, OutputOption::None, kFields | kBackup | kForce | kRaw, applyCommand,
          "Sets the fields of a JSON form with all or only some keys (as export writes it) in\n"
-         "each file, as set would: checked, locked, changed, the checksum mended, replaced\n"
-         "safely. One line per file; exit status 1 if any failed. --fields takes a comma-\n"
-         "separated list of shell patterns. A warning names the fields a form rule ties to a\n"
-         "field that the template sets without them.\n",
+         "each file, as set would: checked, locked, changed as the window changes them (the\n"
+         "gimbal, GPS receiver, external shutter and trigger pin mode first), the checksum\n"
+         "mended, replaced safely. One line per file; exit status 1 if any failed. --fields\n"
+         "takes a comma-separated list of shell patterns. With --raw the stored numbers are\n"
+         "written as given, and a warning names the fields a form rule ties to a field that\n"
+         "the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
          kAnyNumber, OutputOption::Optional, kBackup, reportCommand,

@@ -130,12 +130,23 @@ void changeControl(EditorModel &model, const FormField &pairing, std::int64_t st
         model.operatorSpin(name, stored);
         return;
     case Stored::Hundredths:
-        model.operatorReal(name, lumarex::esoOffsetFromField(static_cast<std::uint32_t>(stored)));
+        model.operatorReal(name, static_cast<double>(stored) / 100);
         return;
     case Stored::TextNumber:
         model.operatorText(name, std::to_string(stored));
         return;
     }
+}
+
+// Whether the control shows the value already, so that changing it changes nothing.
+bool showsAlready(const EditorModel &model, const FormField &pairing, std::int64_t stored)
+{
+    EditorModel changed = model;
+    changeControl(changed, pairing, stored);
+    const auto &now = model.control(pairing.control);
+    const auto &then = changed.control(pairing.control);
+    return now.index == then.index && now.checked == then.checked && now.value == then.value &&
+           now.real == then.real && now.text == then.text;
 }
 
 // The rule that last set the field's control, for the report.
@@ -194,8 +205,8 @@ WindowEditResult editAsWindow(ConfigRecord &record, const std::vector<std::strin
             return result;
         }
         const ConfigRecord before = model.save();
-        const lumarex::FieldInfo &info = lumarex::fieldInfo(field);
-        if (value.holdable && numberOf(before, info, 0) == *value.stored && !forced.count(field)) {
+        if (value.holdable && showsAlready(model, *pairing, *value.stored) &&
+            !forced.count(field)) {
             written[field] = *value.stored;
             continue; // the window shows it already: changing nothing is no error
         }
