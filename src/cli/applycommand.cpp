@@ -11,6 +11,7 @@
 #include "jsonsyntax.h"
 #include "recordfile.h"
 #include "ruleties.h"
+#include "settingname.h"
 #include "windowedit.h"
 
 #include <algorithm>
@@ -36,10 +37,19 @@ std::vector<std::string> patternsOf(const std::string &list)
     }
 }
 
+// A shell pattern of field names in any letter case, or a setting as set names it (a caption).
+bool patternMatches(const std::string &pattern, const std::string &name)
+{
+    if (::fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0)
+        return true;
+    const NamedField named = fieldNamed(pattern);
+    return named.field && lumarex::fieldInfo(*named.field).name == name;
+}
+
 bool matchesAny(const std::vector<std::string> &patterns, const std::string &name)
 {
     return std::any_of(patterns.begin(), patterns.end(), [&name](const std::string &pattern) {
-        return ::fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
+        return patternMatches(pattern, name);
     });
 }
 
@@ -69,9 +79,8 @@ std::optional<JsonValue> readTemplate(const std::string &path, const std::string
         }
         for (const std::string &pattern : patterns) {
             const bool matched = std::any_of(
-                form.items().begin(), form.items().end(), [&pattern](const auto &member) {
-                    return ::fnmatch(pattern.c_str(), member.key().c_str(), 0) == 0;
-                });
+                form.items().begin(), form.items().end(),
+                [&pattern](const auto &member) { return patternMatches(pattern, member.key()); });
             if (!matched) {
                 problem = "--fields: no field of the template matches \"" + pattern + "\"";
                 break;

@@ -26,6 +26,7 @@ private slots:
     void namesInTheWindowsWords();
     void unknownNamesGetCandidates_data();
     void unknownNamesGetCandidates();
+    void explainTakesTheSameNames();
     void wholeExportedFormApplies();
     void applySetsTheRuleSettingsFirst();
 
@@ -206,6 +207,19 @@ void TestWindowSet::unknownNamesGetCandidates()
     const RunResult result = m_workspace.run(arguments);
     QVERIFY(result.exitCode != 0);
     QCOMPARE(result.err, err);
+}
+
+void TestWindowSet::explainTakesTheSameNames()
+{
+    const RunResult qualified = m_workspace.run({"explain", "GPS/Serial:Parity bit"});
+    QCOMPARE(qualified.exitCode, 0);
+    QVERIFY2(qualified.out.startsWith("serialParity: \"Parity bit:\""), qPrintable(qualified.out));
+    COMPARE_RUN(m_workspace.run({"explain", "gpsReciever"}), 1, "",
+                "lxconfig: no field, control or caption is named \"gpsReciever\" (did you mean "
+                "gpsReceiver?)\n");
+    m_workspace.write("t.json", R"({"serialBaudrate": 9600, "serialParity": 2})");
+    COMPARE_RUN(m_workspace.run({"apply", "--fields", "Parity bit", "t.json", "cam.bin"}), 0,
+                "cam.bin: 1 field applied, 1 changed\n", "");
 }
 
 void TestWindowSet::wholeExportedFormApplies()
