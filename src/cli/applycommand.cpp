@@ -1,13 +1,18 @@
 // lxconfig apply [--fields PATTERN] TEMPLATE.json FILE...: the fields a JSON template holds,
-// set in each file as set would set them: locked, read, changed, the checksum mended and the
-// file replaced safely. One line per file; a file that fails leaves the others to be done.
+// set in each file as set would set them (as the window does, or with --raw as given): locked,
+// read, changed, the checksum mended and the file replaced safely. One line per file; a file that
+// fails leaves the others to be done.
 
 #include "commandfiles.h"
 #include "commands.h"
+#include "fieldvalue.h"
+#include "formfields.h"
 #include "jsonform.h"
 #include "jsonsyntax.h"
 #include "recordfile.h"
 #include "ruleties.h"
+#include "settingname.h"
+#include "windowedit.h"
 
 #include <algorithm>
 #include <fnmatch.h>
@@ -32,10 +37,19 @@ std::vector<std::string> patternsOf(const std::string &list)
     }
 }
 
+// A shell pattern of field names in any letter case, or a setting as set names it (a caption).
+bool patternMatches(const std::string &pattern, const std::string &name)
+{
+    if (::fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0)
+        return true;
+    const NamedField named = fieldNamed(pattern);
+    return named.field && lumarex::fieldInfo(*named.field).name == name;
+}
+
 bool matchesAny(const std::vector<std::string> &patterns, const std::string &name)
 {
     return std::any_of(patterns.begin(), patterns.end(), [&name](const std::string &pattern) {
-        return ::fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
+        return patternMatches(pattern, name);
     });
 }
 
@@ -65,9 +79,8 @@ std::optional<JsonValue> readTemplate(const std::string &path, const std::string
         }
         for (const std::string &pattern : patterns) {
             const bool matched = std::any_of(
-                form.items().begin(), form.items().end(), [&pattern](const auto &member) {
-                    return ::fnmatch(pattern.c_str(), member.key().c_str(), 0) == 0;
-                });
+                form.items().begin(), form.items().end(),
+                [&pattern](const auto &member) { return patternMatches(pattern, member.key()); });
             if (!matched) {
                 problem = "--fields: no field of the template matches \"" + pattern + "\"";
                 break;
@@ -104,15 +117,72 @@ void warnAboutTies(const std::string &path, const JsonValue &form, Output &outpu
     }
 }
 
+// The template's settings as set takes them, the rules' own settings first (the gimbal, GPS
+// receiver, external shutter and trigger pin mode), so that what they lock is set after them.
+std::optional<std::string> assignmentsOf(const JsonValue &form, const lumarex::ConfigRecord &record,
+                                         std::vector<std::string> &assignments)
+{
+    lumarex::ConfigRecord wanted = record;
+    setFieldsFromJson(form, wanted); // checked when the template was read
+    std::vector<lumarex::Field> order;
+    for (const lumarex::roundtrip::RuleTie &tie : lumarex::roundtrip::ruleTies())
+        order.push_back(tie.source);
+    for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
+        if (std::find(order.begin(), order.end(), info.field) == order.end())
+            order.push_back(info.field);
+    }
+    for (const lumarex::Field field : order) {
+        const lumarex::FieldInfo &info = lumarex::fieldInfo(field);
+        if (!form.contains(info.name))
+            continue;
+        const auto first = wanted.bytes().begin() + info.offset;
+        const bool same =
+            std::equal(first, first + info.width, record.bytes().begin() + info.offset);
+        if (!lumarex::formFieldOf(field)) {
+            if (!same)
+                return std::string(info.name) +
+                       ": no control of the window sets it; --raw writes its bytes";
+            continue;
+        }
+        for (int element = 1; element < info.elementCount(); ++element) {
+            if (numberOf(wanted, info, element) != numberOf(wanted, info, 0))
+                return std::string(info.name) +
+                       ": the window sets every element at once; --raw writes them one by one";
+        }
+        assignments.push_back(std::string(info.name) + "=" +
+                              std::to_string(numberOf(wanted, info, 0)));
+    }
+    return std::nullopt;
+}
+
 // One file: the line it gets, or false after its error line.
-bool applyTo(const std::string &path, const JsonValue &form, Backup backup, Output &output)
+bool applyTo(const std::string &path, const JsonValue &form, const Invocation &invocation,
+             Output &output)
 {
     OutputFile file;
     std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
     if (!record)
         return false;
     const lumarex::ConfigRecord before = *record;
-    setFieldsFromJson(form, *record); // checked when the template was read
+    std::vector<std::string> ruleChanges;
+    if (invocation.raw) {
+        setFieldsFromJson(form, *record); // checked when the template was read
+    } else {
+        std::vector<std::string> assignments;
+        std::optional<std::string> problem = assignmentsOf(form, *record, assignments);
+        if (!problem) {
+            const WindowEditResult edit = editAsWindow(*record, assignments, invocation.force);
+            problem = edit.problem;
+            for (const std::string &change : edit.ruleChanges) {
+                if (!form.contains(change.substr(0, change.find(' '))))
+                    ruleChanges.push_back(change);
+            }
+        }
+        if (problem) {
+            output.error(path + ": " + *problem);
+            return false;
+        }
+    }
     record->setValue(lumarex::Field::crc, record->computedChecksum());
     if (const std::optional<std::string> problem = recordProblem(*record)) {
         output.error(path + ": the template would make a file the editor refuses: " + *problem);
@@ -126,11 +196,17 @@ bool applyTo(const std::string &path, const JsonValue &form, Backup backup, Outp
             !std::equal(before.bytes().begin() + first, before.bytes().begin() + first + info.width,
                         record->bytes().begin() + first);
     }
-    if (!report(file.replace(recordBytes(*record), backup), output))
+    if (!report(file.replace(recordBytes(*record), invocation.backup), output))
         return false;
     const std::size_t applied = form.size();
     output.out(path + ": " + std::to_string(applied) + (applied == 1 ? " field" : " fields") +
                " applied, " + std::to_string(changed) + " changed\n");
+    if (!ruleChanges.empty()) {
+        std::string line = path + ": the window's rules also changed ";
+        for (std::size_t i = 0; i < ruleChanges.size(); ++i)
+            line += (i > 0 ? ", " : "") + ruleChanges[i];
+        output.out(line + "\n");
+    }
     return true;
 }
 
@@ -143,10 +219,11 @@ int applyCommand(const Invocation &invocation, Output &output)
         readTemplate(templatePath, invocation.fieldsPattern, output);
     if (!form)
         return kExitFailure;
-    warnAboutTies(templatePath, *form, output);
+    if (invocation.raw)
+        warnAboutTies(templatePath, *form, output);
     int status = kExitSuccess;
     for (auto it = invocation.arguments.begin() + 1; it != invocation.arguments.end(); ++it) {
-        if (!applyTo(*it, *form, invocation.backup, output))
+        if (!applyTo(*it, *form, invocation, output))
             status = kExitFailure;
     }
     return status;

@@ -28,7 +28,8 @@ bool isSpace(char c)
     return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
 
-// A decimal number with an optional sign, blanks around it allowed.
+} // namespace
+
 std::optional<std::int64_t> wholeNumber(std::string_view text)
 {
     while (!text.empty() && isSpace(text.front()))
@@ -43,6 +44,8 @@ std::optional<std::int64_t> wholeNumber(std::string_view text)
         return std::nullopt;
     return number;
 }
+
+namespace {
 
 std::optional<std::string> applyValue(lumarex::ConfigRecord &record, const FieldInfo &info,
                                       int element, const std::string &value)

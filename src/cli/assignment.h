@@ -6,10 +6,15 @@
 
 #include "configrecord.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace lxconfig {
+
+// A decimal whole number with an optional sign, blanks around it allowed.
+std::optional<std::int64_t> wholeNumber(std::string_view text);
 
 // Applies one change; the reason naming the field when it cannot, leaving the record as it was.
 std::optional<std::string> applyAssignment(lumarex::ConfigRecord &record, const std::string &text);

@@ -4,6 +4,7 @@
 #include "commandtable.h"
 #include "completion.h"
 #include "helptext.h"
+#include "settingname.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -24,7 +25,7 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
         return used && !(command.accepts & option);
     };
     if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
-        given(invocation.format != Format::Text, kFormat) ||
+        given(invocation.raw, kRaw) || given(invocation.format != Format::Text, kFormat) ||
         given(invocation.backup != Backup::None, kBackup) ||
         given(!invocation.fieldsPattern.empty(), kFields) ||
         given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
@@ -53,6 +54,7 @@ struct ParsedLine
     bool helpAfterCommand = false; // "set --help" asks for set's page, "--help set" for all
     bool version = false;
     bool force = false;
+    bool raw = false;
     bool strict = false;
     Format format = Format::Text;
     Backup backup = Backup::None;
@@ -69,7 +71,10 @@ struct ParsedLine
         if (!error.empty())
             return error;
         if (unknown.size() == 1)
-            return "Unknown option '" + unknown.front() + "'.";
+            return "Unknown option '" + unknown.front() + "'." +
+                   didYouMean("--" + unknown.front(),
+                              {"--help", "--version", "--force", "--raw", "--strict", "--format",
+                               "--fields", "--backup", "--output"});
         if (unknown.empty())
             return std::nullopt;
         std::string names;
@@ -126,6 +131,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.force = true;
         else if (name == "strict")
             line.strict = true;
+        else if (name == "raw")
+            line.raw = true;
         else
             return false;
         return true;
@@ -247,7 +254,10 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     const std::string &name = line.positional.front();
     const Command *command = findCommand(name);
     if (!command) {
-        output.usageError("unknown command \"" + name + "\"");
+        std::vector<std::string> names;
+        for (const Command &known : commandTable())
+            names.emplace_back(known.name);
+        output.usageError("unknown command \"" + name + "\"" + didYouMean(name, names));
         return kExitError;
     }
     isDiff = command->run == diffCommand;
@@ -256,6 +266,7 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.outputPath = line.outputPath.value_or(std::string());
     invocation.force = line.force;
     invocation.strict = line.strict;
+    invocation.raw = line.raw;
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;

@@ -28,6 +28,7 @@ struct Invocation
     std::vector<std::string> arguments;
     std::string outputPath;
     bool force = false;  // set may write a magic or format version the editor refuses
+    bool raw = false;    // set, apply: the bytes as given, no form rules
     bool strict = false; // check: also what the editor's load and save would change
     Format format = Format::Text;
     Backup backup = Backup::None;

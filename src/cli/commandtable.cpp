@@ -34,11 +34,17 @@ const std::vector<Command> &commandTable()
          0, OutputOption::Required, kBackup, defaultsCommand,
          "Writes the exact bytes the editor saves from its untouched form.\n",
          "lxconfig defaults -o LXCONFIG.BIN"},
-        {"set", "set FILE FIELD=VALUE...", "change fields in place and mend the checksum", 2,
-         kAnyNumber, OutputOption::None, kForce | kBackup, setCommand,
-         "Changes fields of the file in place and mends the checksum; FIELD[i]=VALUE changes one\n"
-         "element of an array field. A file that fails check is refused, and so is a change\n"
-         "the editor would then refuse, unless --force is given.\n",
+        {"set", "set FILE SETTING=VALUE...", "change settings as the window does", 2, kAnyNumber,
+         OutputOption::None, kForce | kBackup | kRaw, setCommand,
+         "Changes settings of the file as an operator changes them in the window, in the order\n"
+         "given, the form's rules included, and mends the checksum. SETTING is a field name in\n"
+         "any letter case or the caption the window shows (PAGE:CAPTION where one repeats);\n"
+         "VALUE an item text or its beginning, on or off, a decimal as shown, or the stored\n"
+         "number. A setting the window locks is refused with what frees it, unless it already\n"
+         "holds the value; a value the window cannot hold is refused unless --force is given.\n"
+         "--raw writes the stored numbers as given, without rules (FIELD[i]=VALUE one element);\n"
+         "with --raw, --force also writes a magic or format version the editor refuses.\n"
+         "A file that fails check is refused.\n",
          "lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600"},
         {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
          OutputOption::None, kFormat, diffCommand,
@@ -59,12 +65,14 @@ const std::vector<Command> &commandTable()
          "nothing is written.\n",
          "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
         {"apply", "apply TEMPLATE FILE...", "set a JSON template's fields in each file", 2,
-         kAnyNumber, OutputOption::None, kFields | kBackup, applyCommand,
+         kAnyNumber, OutputOption::None, kFields | kBackup | kForce | kRaw, applyCommand,
          "Sets the fields of a JSON form with all or only some keys (as export writes it) in\n"
-         "each file, as set would: checked, locked, changed, the checksum mended, replaced\n"
-         "safely. One line per file; exit status 1 if any failed. --fields takes a comma-\n"
-         "separated list of shell patterns. A warning names the fields a form rule ties to a\n"
-         "field that the template sets without them.\n",
+         "each file, as set would: checked, locked, changed as the window changes them (the\n"
+         "gimbal, GPS receiver, external shutter and trigger pin mode first), the checksum\n"
+         "mended, replaced safely. One line per file; exit status 1 if any failed. --fields\n"
+         "takes a comma-separated list of shell patterns. With --raw the stored numbers are\n"
+         "written as given, and a warning names the fields a form rule ties to a field that\n"
+         "the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
          kAnyNumber, OutputOption::Optional, kBackup | kSheet, reportCommand,
@@ -104,7 +112,8 @@ std::vector<OptionInfo> optionsOf(const Command &command)
          "--strict",
          "also every value the editor's load and save would change",
          {"--strict"}},
-        {kForce, "--force", "write a magic or format version the editor refuses", {"--force"}},
+        {kForce, "--force", "store a value the window cannot hold", {"--force"}},
+        {kRaw, "--raw", "write the stored numbers as given, without the form's rules", {"--raw"}},
         {kFormat, "--format FORMAT", "text (the default) or json", {"--format"}},
         {kFields, "--fields PATTERN", "only the template's fields whose names match", {"--fields"}},
         {kSheet, "--pdf OUT.pdf", "print the sheet to a PDF with a headless Chromium", {"--pdf"}},

@@ -27,6 +27,7 @@ enum Accepts : unsigned
     kBackup = 1u << 3,
     kFields = 1u << 4,
     kSheet = 1u << 5, // report's --pdf, --title and --paper
+    kRaw = 1u << 6,
 };
 
 inline constexpr int kAnyNumber = -1;

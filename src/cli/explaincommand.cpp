@@ -3,18 +3,26 @@
 
 #include "commands.h"
 #include "explain.h"
+#include "settingname.h"
 
 namespace lxconfig {
 
 int explainCommand(const Invocation &invocation, Output &output)
 {
-    const lumarex::roundtrip::Explanation explanation =
+    lumarex::roundtrip::Explanation explanation =
         invocation.arguments.empty()
             ? lumarex::roundtrip::explain()
             : lumarex::roundtrip::explain(std::string_view(invocation.arguments.front()));
     if (!explanation.found) {
+        // A caption qualified by its page names one field as set takes it.
+        const NamedField named = fieldNamed(invocation.arguments.front());
+        if (named.field)
+            explanation = lumarex::roundtrip::explain(
+                std::string_view(lumarex::fieldInfo(*named.field).name));
+    }
+    if (!explanation.found) {
         output.error("no field, control or caption is named \"" + invocation.arguments.front() +
-                     "\"");
+                     "\"" + didYouMean(invocation.arguments.front(), settingNames()));
         return kExitFailure;
     }
     for (const std::string &line : explanation.lines)

@@ -1,4 +1,5 @@
-// lxconfig set FILE FIELD=VALUE...: changes fields of a valid file in place and mends its
+// lxconfig set FILE SETTING=VALUE...: changes settings of a valid file in place as the window
+// changes them (windowedit.h), or with --raw the fields' numbers as given, and mends its
 // checksum. A file the editor would refuse is left alone, so that set never gives a damaged
 // file a fresh checksum; any bad change leaves the file as it was. The file stays locked from
 // the read to the replacement, so concurrent sets on one file each keep the others' changes.
@@ -7,6 +8,7 @@
 #include "commandfiles.h"
 #include "commands.h"
 #include "recordfile.h"
+#include "windowedit.h"
 
 namespace lxconfig {
 
@@ -35,7 +37,23 @@ int setCommand(const Invocation &invocation, Output &output)
     std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
     if (!record)
         return kExitFailure;
-    for (auto it = invocation.arguments.begin() + 1; it != invocation.arguments.end(); ++it) {
+    if (!invocation.raw) {
+        const std::vector<std::string> assignments(invocation.arguments.begin() + 1,
+                                                   invocation.arguments.end());
+        const WindowEditResult edit = editAsWindow(*record, assignments, invocation.force);
+        if (edit.problem) {
+            output.error(path + ": " + *edit.problem);
+            return kExitFailure;
+        }
+        if (!edit.ruleChanges.empty()) {
+            std::string line = path + ": the window's rules also changed ";
+            for (std::size_t i = 0; i < edit.ruleChanges.size(); ++i)
+                line += (i > 0 ? ", " : "") + edit.ruleChanges[i];
+            output.out(line + "\n");
+        }
+    }
+    for (auto it = invocation.arguments.begin() + 1;
+         invocation.raw && it != invocation.arguments.end(); ++it) {
         if (const std::optional<std::string> problem = applyAssignment(*record, *it)) {
             output.error(path + ": " + *problem);
             return kExitFailure;

@@ -35,7 +35,9 @@ struct ControlFacts
     std::string_view startText; // a line edit's text, or a combo box's current item text
     double minimum;             // a spin box's range
     double maximum;
-    int decimals; // a double spin box's decimals; 0 for other controls
+    int decimals;        // a double spin box's decimals; 0 for other controls
+    bool ownEnabled;     // the control's own enabled property in the form
+    bool enabledAtStart; // it and every page and group around it enabled at start-up
 
     std::string_view item(int index) const
     {

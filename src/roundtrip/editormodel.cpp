@@ -46,7 +46,64 @@ EditorModel::EditorModel()
         control.real = facts.startValue;
         control.text = std::string(facts.startText);
         m_controls.push_back(std::move(control));
+        m_switches[facts.objectName].enabled = facts.ownEnabled;
     }
+    // A page or group starts as the form has it: disabled when a control enabled of its own is
+    // not enabled at start-up.
+    for (int c = 0; c < ruleContainerCount(); ++c) {
+        const RuleContainer &container = ruleContainers()[c];
+        Switch &state = m_switches[container.objectName];
+        state.shown = !container.hiddenAtStart;
+        for (std::size_t i = 0; i < formControlCount(); ++i) {
+            const ControlFacts &facts = formControls()[i];
+            if (container.holds(facts) && facts.ownEnabled) {
+                state.enabled = facts.enabledAtStart;
+                break;
+            }
+        }
+    }
+}
+
+std::optional<ControlLock> EditorModel::lockOf(std::string_view objectName) const
+{
+    const ControlFacts &facts = *control(objectName).facts;
+    const Switch &own = m_switches.at(objectName);
+    if (!own.enabled)
+        return ControlLock{objectName, own.by};
+    for (int c = 0; c < ruleContainerCount(); ++c) {
+        const RuleContainer &container = ruleContainers()[c];
+        const Switch &state = m_switches.at(container.objectName);
+        if (container.holds(facts) && (!state.enabled || !state.shown))
+            return ControlLock{container.objectName, state.by};
+    }
+    return std::nullopt;
+}
+
+void EditorModel::operatorSelect(std::string_view objectName, int index)
+{
+    selectIndex(at(objectName), index, Origin{Origin::Kind::Operator, 0, nullptr});
+}
+
+void EditorModel::operatorCheck(std::string_view objectName, bool checked)
+{
+    setChecked(at(objectName), checked, Origin{Origin::Kind::Operator, 0, nullptr});
+}
+
+void EditorModel::operatorSpin(std::string_view objectName, long long value)
+{
+    setSpinValue(at(objectName), value, Origin{Origin::Kind::Operator, 0, nullptr});
+}
+
+void EditorModel::operatorReal(std::string_view objectName, double value)
+{
+    setRealValue(at(objectName), value, Origin{Origin::Kind::Operator, 0, nullptr});
+}
+
+void EditorModel::operatorText(std::string_view objectName, std::string text)
+{
+    ControlValue &target = at(objectName);
+    target.text = std::move(text);
+    target.origin = Origin{Origin::Kind::Operator, 0, nullptr};
 }
 
 const ControlValue &EditorModel::control(std::string_view objectName) const
@@ -152,11 +209,26 @@ void EditorModel::runRule(const FormRule &rule, int signalValue)
     const Origin origin{Origin::Kind::Rule, 0, &rule};
     for (int i = 0; i < ruleCase->actionCount; ++i) {
         const RuleAction &action = ruleCase->actions[i];
-        // Enabling, disabling, showing and hiding never reach the file.
-        if (action.act == RuleAct::Select)
+        switch (action.act) {
+        case RuleAct::Select:
             selectIndex(at(action.target), action.value, origin);
-        else if (action.act == RuleAct::Check)
+            break;
+        case RuleAct::Check:
             setChecked(at(action.target), action.value != 0, origin);
+            break;
+        case RuleAct::Enable:
+        case RuleAct::Disable:
+        case RuleAct::Show:
+        case RuleAct::Hide: {
+            Switch &state = m_switches[action.target];
+            if (action.act == RuleAct::Enable || action.act == RuleAct::Disable)
+                state.enabled = action.act == RuleAct::Enable;
+            else
+                state.shown = action.act == RuleAct::Show;
+            state.by = &rule;
+            break;
+        }
+        }
     }
 }
 

@@ -5,14 +5,17 @@
 // range, a double spin box also rounds to its decimals, a signal fires only when the value
 // really changes) and with the form rules run, nested, on every change. It starts as a freshly
 // started window, can replay "Read from file" and gives the record "Write to file" would save.
-// Only values are modelled: enabled and shown states never reach the file.
+// Enabled and shown states never reach the file; the model keeps them to say which controls an
+// operator can change at the moment.
 
 #include "configrecord.h"
 #include "formfacts.h"
 #include "formrulemodel.h"
 #include "restoreorder.h"
 
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace lumarex::roundtrip {
@@ -22,9 +25,10 @@ struct Origin
 {
     enum class Kind
     {
-        Start,   // the freshly started window
-        Restore, // a step of "Read from file"
-        Rule,    // a form rule
+        Start,    // the freshly started window
+        Restore,  // a step of "Read from file"
+        Rule,     // a form rule
+        Operator, // the operator's own change
     };
     Kind kind = Kind::Start;
     int step = 0; // the restore step, from 1
@@ -51,6 +55,14 @@ struct ControlValue
     Origin origin;
 };
 
+// Why the operator cannot change a control now: the control, page or group the window has
+// disabled or hidden, and the rule that did so last (none: the form starts so).
+struct ControlLock
+{
+    std::string_view locker;
+    const FormRule *rule = nullptr;
+};
+
 class EditorModel
 {
 public:
@@ -67,7 +79,25 @@ public:
     // The toolkit's rounding of a double spin box: to the given decimals through decimal text.
     static double roundToDecimals(double value, int decimals);
 
+    // Nothing when the operator can change the control: it and every page and group around it
+    // enabled and shown.
+    std::optional<ControlLock> lockOf(std::string_view objectName) const;
+    // The operator's changes of a control, as the toolkit makes them; the rules run as in the
+    // window. The value must be one the control holds.
+    void operatorSelect(std::string_view objectName, int index);
+    void operatorCheck(std::string_view objectName, bool checked);
+    void operatorSpin(std::string_view objectName, long long value);
+    void operatorReal(std::string_view objectName, double value);
+    void operatorText(std::string_view objectName, std::string text);
+
 private:
+    struct Switch
+    {
+        bool enabled = true;
+        bool shown = true;
+        const FormRule *by = nullptr;
+    };
+
     ControlValue &at(std::string_view objectName);
     void selectIndex(ControlValue &control, int index, const Origin &origin);
     void setChecked(ControlValue &control, bool checked, const Origin &origin);
@@ -80,6 +110,7 @@ private:
 
     std::vector<ControlValue> m_controls;
     std::vector<StepOutcome> m_outcomes;
+    std::unordered_map<std::string_view, Switch> m_switches; // controls, pages and groups
 };
 
 } // namespace lumarex::roundtrip

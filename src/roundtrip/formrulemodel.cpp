@@ -141,10 +141,10 @@ constexpr std::string_view kShutterOptions[] = {
     "sb_eso_heating", "sb_eso_heatcycle", "sb_eso_offset", "sb_eso_shutterinterval", "sb_eso_opt5"};
 
 constexpr RuleContainer kContainers[] = {
-    {"tab_SBUS", "page SBUS/PPM", "SBUS/PPM", nullptr, 0},
-    {"tabSerial", "page GPS/Serial", "GPS/Serial", nullptr, 0},
+    {"tab_SBUS", "page SBUS/PPM", "SBUS/PPM", nullptr, 0, false},
+    {"tabSerial", "page GPS/Serial", "GPS/Serial", nullptr, 0, false},
     {"gb_externalshutteroptions", "group External Shutter Options", "", kShutterOptions,
-     static_cast<int>(std::size(kShutterOptions))},
+     static_cast<int>(std::size(kShutterOptions)), true},
 };
 
 } // namespace
@@ -162,6 +162,13 @@ const RuleCase *FormRule::caseFor(int value) const
         }
     }
     return otherwise;
+}
+
+bool RuleContainer::holds(const ControlFacts &control) const
+{
+    if (!page.empty())
+        return control.page == page;
+    return std::find(members, members + memberCount, control.objectName) != members + memberCount;
 }
 
 const FormRule *formRules()

@@ -5,6 +5,8 @@
 // `lxconfig explain` describes them, so the rules are written down once, here. They mirror the
 // rule slots of the window (src/form/formrules.cpp); the differential test holds the two equal.
 
+#include "formfacts.h"
+
 #include <string_view>
 
 namespace lumarex::roundtrip {
@@ -72,6 +74,9 @@ struct RuleContainer
     std::string_view page;
     const std::string_view *members;
     int memberCount;
+    bool hiddenAtStart; // the window hides it when it is built
+
+    bool holds(const ControlFacts &control) const;
 };
 
 const RuleContainer *ruleContainers();

@@ -56,6 +56,8 @@ std::string originText(const ControlValue &control)
         const RestoreStep &step = restoreSteps()[control.origin.step - 1];
         return "holds " + std::string(fieldInfo(step.field).name) + ", restored into it afterwards";
     }
+    case Origin::Kind::Operator:
+        return "holds what the operator chose";
     }
     return {};
 }

@@ -73,7 +73,7 @@ void TestLxconfigFiles::concurrentSets()
         "isothermLower=16", "sbusOverlay=3",  "esoOpt5=4",         "serialStopBits=2"};
     const Workspace workspace;
     workspace.write("expected.bin", kDefaultBytes);
-    COMPARE_RUN(workspace.run(QStringList{"set", "expected.bin"} + changes), 0, "", "");
+    COMPARE_RUN(workspace.run(QStringList{"set", "--raw", "expected.bin"} + changes), 0, "", "");
     const QByteArray expected = workspace.read("expected.bin");
     for (int round = 0; round < 5; ++round) {
         workspace.write("shared.bin", kDefaultBytes);
@@ -81,7 +81,7 @@ void TestLxconfigFiles::concurrentSets()
         for (const QString &change : changes) {
             auto process = std::make_unique<QProcess>();
             process->setWorkingDirectory(workspace.path("."));
-            process->start(QStringLiteral(LXCONFIG_PATH), {"set", "shared.bin", change});
+            process->start(QStringLiteral(LXCONFIG_PATH), {"set", "--raw", "shared.bin", change});
             processes.push_back(std::move(process));
         }
         for (const auto &process : processes) {

@@ -61,7 +61,7 @@ void TestCli::failedCommandKeepsOutput_data()
         << QStringList{"defaults", "-o", "folder"}
         << "lxconfig: folder: cannot write: Filename refers to a directory\n";
     QTest::newRow("set a bad value")
-        << QStringList{"set", "good.bin", "gpsReceiver=256"}
+        << QStringList{"set", "--raw", "good.bin", "gpsReceiver=256"}
         << "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to "
            "255\n";
 }

@@ -76,7 +76,7 @@ void TestCli::set()
     QFETCH(QString, err);
 
     const Workspace workspace;
-    COMPARE_RUN(workspace.run(QStringList{"set", file} + changes), 0, "", err);
+    COMPARE_RUN(workspace.run(QStringList{"set", "--raw", file} + changes), 0, "", err);
     QCOMPARE(workspace.read(file).toHex(' '), expected.toHex(' '));
 }
 
@@ -146,7 +146,7 @@ void TestCli::setRejects()
     const bool existed = workspace.exists(file);
     const QByteArray before = workspace.read(file);
     // A good change before the bad one is not written either.
-    COMPARE_RUN(workspace.run({"set", file, "gimbalRc=1", change}), 1, "", err);
+    COMPARE_RUN(workspace.run({"set", "--raw", file, "gimbalRc=1", change}), 1, "", err);
     QCOMPARE(workspace.read(file), before);
     QCOMPARE(workspace.exists(file), existed);
 }

@@ -41,7 +41,7 @@ void TestApply::init()
     // Two cards with the editor's defaults, one already set up otherwise.
     m_workspace.write("cam1.bin", m_workspace.read("good.bin"));
     m_workspace.write("cam2.bin", m_workspace.read("good.bin"));
-    QCOMPARE(m_workspace.run({"set", "cam2.bin", "serialBaudrate=9600"}).exitCode, 0);
+    QCOMPARE(m_workspace.run({"set", "--raw", "cam2.bin", "serialBaudrate=9600"}).exitCode, 0);
 }
 
 void TestApply::partialTemplate()
@@ -87,19 +87,21 @@ void TestApply::fieldsPattern()
     QFETCH(QString, out);
     m_workspace.write("t.json",
                       R"({"serialBaudrate": 9600, "serialParity": 2, "esoHeating": 500})");
-    COMPARE_RUN(m_workspace.run({"apply", "--fields", pattern, "t.json", "cam1.bin"}), 0, out, "");
+    COMPARE_RUN(m_workspace.run({"apply", "--raw", "--fields", pattern, "t.json", "cam1.bin"}), 0,
+                out, "");
 }
 
 void TestApply::oneFileFails()
 {
     m_workspace.write("t.json", R"({"esoHeating": 500})");
     const QByteArray magic = m_workspace.read("magic.bin");
-    COMPARE_RUN(
-        m_workspace.run({"apply", "t.json", "cam1.bin", "magic.bin", "missing.bin", "cam2.bin"}), 1,
-        "cam1.bin: 1 field applied, 1 changed\n"
-        "cam2.bin: 1 field applied, 1 changed\n",
-        "lxconfig: magic.bin: bad magic \"XONF\" (expected \"CONF\")\n"
-        "lxconfig: missing.bin: cannot open: No such file or directory\n");
+    COMPARE_RUN(m_workspace.run({"apply", "--raw", "t.json", "cam1.bin", "magic.bin", "missing.bin",
+                                 "cam2.bin"}),
+                1,
+                "cam1.bin: 1 field applied, 1 changed\n"
+                "cam2.bin: 1 field applied, 1 changed\n",
+                "lxconfig: magic.bin: bad magic \"XONF\" (expected \"CONF\")\n"
+                "lxconfig: missing.bin: cannot open: No such file or directory\n");
     QCOMPARE(m_workspace.read("magic.bin"), magic);
     QVERIFY(!m_workspace.exists("missing.bin"));
 }
@@ -139,8 +141,8 @@ void TestApply::badTemplates()
     QFETCH(QString, err);
     m_workspace.write("t.json", json);
     const QByteArray before = m_workspace.read("cam1.bin");
-    const RunResult result =
-        m_workspace.run(QStringList{"apply"} + options + QStringList{"t.json", "cam1.bin"});
+    const RunResult result = m_workspace.run(QStringList{"apply", "--raw"} + options +
+                                             QStringList{"t.json", "cam1.bin"});
     QCOMPARE(result.out, QString());
     QVERIFY2(result.err.endsWith(err), qPrintable(result.err));
     QCOMPARE(result.exitCode, 1);
@@ -173,7 +175,7 @@ void TestApply::tiedFields()
     QFETCH(QByteArray, json);
     QFETCH(QString, err);
     m_workspace.write("t.json", json);
-    const RunResult result = m_workspace.run({"apply", "t.json", "cam1.bin", "cam2.bin"});
+    const RunResult result = m_workspace.run({"apply", "--raw", "t.json", "cam1.bin", "cam2.bin"});
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.err, err); // once, however many files
     QCOMPARE(result.out.count('\n'), 2);
@@ -183,11 +185,12 @@ void TestApply::backups()
 {
     m_workspace.write("t.json", R"({"esoHeating": 500})");
     const QByteArray before = m_workspace.read("cam2.bin");
-    COMPARE_RUN(m_workspace.run({"apply", "--backup=numbered", "t.json", "cam1.bin", "cam2.bin"}),
-                0,
-                "cam1.bin: 1 field applied, 1 changed\n"
-                "cam2.bin: 1 field applied, 1 changed\n",
-                "");
+    COMPARE_RUN(
+        m_workspace.run({"apply", "--raw", "--backup=numbered", "t.json", "cam1.bin", "cam2.bin"}),
+        0,
+        "cam1.bin: 1 field applied, 1 changed\n"
+        "cam2.bin: 1 field applied, 1 changed\n",
+        "");
     QCOMPARE(m_workspace.read("cam2.bin.~1~"), before);
     QCOMPARE(m_workspace.read("cam1.bin.~1~"), m_workspace.read("good.bin"));
 }

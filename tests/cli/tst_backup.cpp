@@ -48,7 +48,7 @@ void TestBackup::everyReplacingCommand_data()
                                            "--backup=simple"};
     QTest::newRow("report") << QStringList{"report", "good.bin", "-o", "out.bin",
                                            "--backup=simple"};
-    QTest::newRow("apply") << QStringList{"apply", "--backup=simple", "t.json", "out.bin"};
+    QTest::newRow("apply") << QStringList{"apply", "--raw", "--backup=simple", "t.json", "out.bin"};
 }
 
 void TestBackup::everyReplacingCommand()

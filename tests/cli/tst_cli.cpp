@@ -19,7 +19,7 @@ const QString kHelp = QStringLiteral(
     "  export FILE [-o OUT]      write the fields as JSON to standard output or OUT\n"
     "  import JSON -o FILE       write the record that a JSON form describes\n"
     "  defaults -o FILE          write what the editor saves from its untouched form\n"
-    "  set FILE FIELD=VALUE...   change fields in place and mend the checksum\n"
+    "  set FILE SETTING=VALUE... change settings as the window does\n"
     "  diff A [B]                list the fields that differ (one file: from the defaults)\n"
     "  explain [NAME]            where a setting is in the window and what it may hold\n"
     "  resave FILE -o OUT        write what the editor saves after loading FILE\n"
@@ -29,7 +29,8 @@ const QString kHelp = QStringLiteral(
     "\n"
     "Options:\n"
     "  -o, --output FILE         the file to write\n"
-    "  --force                   set: allow a magic or format version the editor refuses\n"
+    "  --force                   set, apply: store a value the window cannot hold\n"
+    "  --raw                     set, apply: the stored numbers as given, no rules\n"
     "  --strict                  check: also what the editor's load and save change\n"
     "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
     "                            (numbered); without KIND, as VERSION_CONTROL says\n"
@@ -45,13 +46,20 @@ const QString kHelp = QStringLiteral(
     "(diff: the files differ), 2 a wrong command line (diff: any failure).\n");
 
 const QString kSetHelp = QStringLiteral(
-    "Usage: lxconfig set FILE FIELD=VALUE...\n"
-    "Changes fields of the file in place and mends the checksum; FIELD[i]=VALUE changes one\n"
-    "element of an array field. A file that fails check is refused, and so is a change\n"
-    "the editor would then refuse, unless --force is given.\n"
+    "Usage: lxconfig set FILE SETTING=VALUE...\n"
+    "Changes settings of the file as an operator changes them in the window, in the order\n"
+    "given, the form's rules included, and mends the checksum. SETTING is a field name in\n"
+    "any letter case or the caption the window shows (PAGE:CAPTION where one repeats);\n"
+    "VALUE an item text or its beginning, on or off, a decimal as shown, or the stored\n"
+    "number. A setting the window locks is refused with what frees it, unless it already\n"
+    "holds the value; a value the window cannot hold is refused unless --force is given.\n"
+    "--raw writes the stored numbers as given, without rules (FIELD[i]=VALUE one element);\n"
+    "with --raw, --force also writes a magic or format version the editor refuses.\n"
+    "A file that fails check is refused.\n"
     "\n"
     "Options:\n"
-    "  --force                   write a magic or format version the editor refuses\n"
+    "  --force                   store a value the window cannot hold\n"
+    "  --raw                     write the stored numbers as given, without the form's rules\n"
     "  --backup[=KIND]           keep the old file: simple, numbered or existing\n"
     "  -h, --help                show this help\n"
     "\n"
@@ -120,7 +128,7 @@ void TestCli::commandLine_data()
     QTest::newRow("defaults with a file") << QStringList{"defaults", "good.bin", "-o", "x.bin"} << 2
                                           << "" << usage("defaults -o FILE");
     QTest::newRow("set without changes")
-        << QStringList{"set", "good.bin"} << 2 << "" << usage("set FILE FIELD=VALUE...");
+        << QStringList{"set", "good.bin"} << 2 << "" << usage("set FILE SETTING=VALUE...");
     QTest::newRow("force with another command") << QStringList{"defaults", "--force", "-o", "x.bin"}
                                                 << 2 << "" << usage("defaults -o FILE");
     QTest::newRow("empty output name") << QStringList{"defaults", "-o", ""} << 2 << ""
@@ -129,7 +137,7 @@ void TestCli::commandLine_data()
         << QStringList{"export", "good.bin", "--output="} << 2 << ""
         << "lxconfig: the output file name is empty\n" + kTryHelp;
     QTest::newRow("set with -o") << QStringList{"set", "good.bin", "gimbalRc=1", "-o", "x.bin"} << 2
-                                 << "" << usage("set FILE FIELD=VALUE...");
+                                 << "" << usage("set FILE SETTING=VALUE...");
     QTest::newRow("diff without files") << QStringList{"diff"} << 2 << "" << usage("diff A [B]");
     QTest::newRow("diff with three files")
         << QStringList{"diff", "good.bin", "long.bin", "short.bin"} << 2 << ""

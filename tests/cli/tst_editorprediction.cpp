@@ -53,7 +53,7 @@ private:
 void TestEditorPrediction::init()
 {
     QCOMPARE(m_workspace.run({"defaults", "-o", "hazards.bin"}).exitCode, 0);
-    QCOMPARE(m_workspace.run(QStringList{"set", "hazards.bin"} + kHazards).exitCode, 0);
+    QCOMPARE(m_workspace.run(QStringList{"set", "--raw", "hazards.bin"} + kHazards).exitCode, 0);
 }
 
 void TestEditorPrediction::strictFindsEachHazard()
@@ -166,8 +166,8 @@ void TestEditorPrediction::resaveRefusedFileWritesNothing()
 void TestEditorPrediction::hazardsFixedWithSet()
 {
     // The example session of the documentation: the three values set to ones the window holds.
-    COMPARE_RUN(m_workspace.run({"set", "hazards.bin", "serialBaudrate=115200", "esoHeating=1000",
-                                 "sbusZoom=16"}),
+    COMPARE_RUN(m_workspace.run({"set", "--raw", "hazards.bin", "serialBaudrate=115200",
+                                 "esoHeating=1000", "sbusZoom=16"}),
                 0, "", "");
     COMPARE_RUN(m_workspace.run({"check", "--strict", "hazards.bin"}), 0, "hazards.bin: valid\n",
                 "");

@@ -117,10 +117,11 @@ private:
 void TestJsonOutput::init()
 {
     QCOMPARE(m_workspace.run({"defaults", "-o", "hazards.bin"}).exitCode, 0);
-    QCOMPARE(
-        m_workspace.run({"set", "hazards.bin", "esoHeating=1500", "sbusZoom=17", "esoOffset=-125"})
-            .exitCode,
-        0);
+    QCOMPARE(m_workspace
+                 .run({"set", "--raw", "hazards.bin", "esoHeating=1500", "sbusZoom=17",
+                       "esoOffset=-125"})
+                 .exitCode,
+             0);
 }
 
 void TestJsonOutput::check()
@@ -243,7 +244,8 @@ void TestJsonOutput::nameNotUtf8()
 
 void TestJsonOutput::diffTwoFiles()
 {
-    QCOMPARE(m_workspace.run({"set", "good.bin", "gpsReceiver=1", "triggerLow[3]=700"}).exitCode,
+    QCOMPARE(m_workspace.run({"set", "--raw", "good.bin", "gpsReceiver=1", "triggerLow[3]=700"})
+                 .exitCode,
              0);
     const RunResult result =
         m_workspace.run({"diff", "--format", "json", "good.bin", "hazards.bin"});
@@ -381,7 +383,7 @@ void TestJsonOutput::exportsFitTheSchema()
     QFETCH(QByteArray, magic);
     m_workspace.write("varied.bin", kDefaultBytes);
     if (!assignments.isEmpty()) {
-        const QStringList set{"set", "--force", "varied.bin"};
+        const QStringList set{"set", "--raw", "--force", "varied.bin"};
         QCOMPARE(m_workspace.run(set + assignments).exitCode, 0);
     }
     m_workspace.write("varied.bin", patched(m_workspace.read("varied.bin"), 0, magic));

@@ -119,7 +119,7 @@ void TestReport::init()
 {
     QCOMPARE(m_workspace.run({"defaults", "-o", "cam.bin"}).exitCode, 0);
     QCOMPARE(m_workspace
-                 .run({"set", "cam.bin", "esoHeating=1500", "sbusZoom=17", "gpsReceiver=1",
+                 .run({"set", "--raw", "cam.bin", "esoHeating=1500", "sbusZoom=17", "gpsReceiver=1",
                        "gimbalRc=1", "triggerLow[2]=700"})
                  .exitCode,
              0);

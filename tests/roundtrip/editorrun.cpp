@@ -66,6 +66,22 @@ EditorResave resaveAfterLoads(const std::vector<lumarex::RecordBytes> &records)
     return resave;
 }
 
+EditorResave loadEditSave(const lumarex::RecordBytes &record,
+                          const std::function<void(MainWindow &)> &edit)
+{
+    SilencedConsole silenced;
+    EditorResave resave;
+    MainWindow window;
+    unsigned char buffer[1024] = {};
+    std::copy(record.begin(), record.end(), buffer);
+    resave.outcome = window.restoreFromFileBytes(buffer);
+    if (resave.outcome != MainWindow::LoadOutcome::Restored)
+        return resave;
+    edit(window);
+    resave.bytes = window.recordFromForm().bytes();
+    return resave;
+}
+
 QByteArray resaveThroughFiles(const QByteArray &file, const QString &folder)
 {
     const QString loaded = folder + QStringLiteral("/LXCONFIG.BIN");

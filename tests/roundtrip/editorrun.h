@@ -6,6 +6,7 @@
 #include "mainwindow.h"
 
 #include <QString>
+#include <functional>
 #include <vector>
 
 struct EditorResave
@@ -22,6 +23,11 @@ EditorResave resaveInFreshWindow(const lumarex::RecordBytes &record);
 // outcome is the last load's. The later loads start from a form the earlier ones changed, so the
 // rules also run from checked to unchecked and between receivers.
 EditorResave resaveAfterLoads(const std::vector<lumarex::RecordBytes> &records);
+
+// An operator's session: the record loaded into a freshly started window, then edit run on the
+// window (with the console lines discarded), then the form saved. Only for accepted records.
+EditorResave loadEditSave(const lumarex::RecordBytes &record,
+                          const std::function<void(MainWindow &)> &edit);
 
 // As a user does it: the record in a file, "Read from file" and "Write to file" pressed with
 // their dialogs answered, the saved file read back. An empty result means a step failed.

@@ -160,6 +160,11 @@ void readSpinBox(const UiElement &widget, Control &control)
     }
 }
 
+bool isEnabled(const UiElement &widget)
+{
+    return widget.property(QStringLiteral("enabled")) != QLatin1String("false");
+}
+
 Control readControl(const UiElement &form, const UiElement &widget)
 {
     Control control;
@@ -174,6 +179,12 @@ Control readControl(const UiElement &form, const UiElement &widget)
         control.startChecked = widget.property(QStringLiteral("checked")) == QLatin1String("true");
     else
         control.startText = widget.property(QStringLiteral("text"));
+    control.ownEnabled = isEnabled(widget);
+    control.enabledAtStart = true;
+    for (const UiElement *around = &widget; around; around = around->parent) {
+        if (around->tag == QLatin1String("widget") && !isEnabled(*around))
+            control.enabledAtStart = false;
+    }
     return control;
 }
 

@@ -25,6 +25,8 @@ struct Control
     double minimum = 0;
     double maximum = 0;
     int decimals = 0;
+    bool ownEnabled = true;     // the control's own enabled property
+    bool enabledAtStart = true; // it and every widget around it enabled
 };
 
 // Every combo box, spin box, check box and line edit on the pages of the form's tab widget, in

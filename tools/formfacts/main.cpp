@@ -60,7 +60,8 @@ void writeTable(QTextStream &out, const std::vector<formfacts::Control> &control
             << ", " << c.items.size() << ", " << c.startIndex << ", "
             << (c.startChecked ? "true" : "false") << ", " << number(c.startValue) << ", "
             << literal(c.startText) << ", " << number(c.minimum) << ", " << number(c.maximum)
-            << ", " << c.decimals << "},\n";
+            << ", " << c.decimals << ", " << (c.ownEnabled ? "true" : "false") << ", "
+            << (c.enabledAtStart ? "true" : "false") << "},\n";
     }
     out << "};\n\n} // namespace\n\n"
            "const ControlFacts *formControls()\n{\n    return kControls;\n}\n\n"
