@@ -4,8 +4,9 @@
 # dependencies resolved from Debian 13's archive; then lxconfig and the editor (offscreen, with
 # the tabs probe loaded, which checks the window and ends it) are run from that root.
 # Needs root, debootstrap and the Debian archive; without them it skips and says why.
-# The root's download (some 45 MB, a minute or two) is kept as a tarball in the build folder and
-# reused by later runs; delete it to start from a fresh download.
+# Making the root (some 45 MB downloaded, 150 MB unpacked) takes minutes; the fresh root is kept
+# as build/debian13-root.tar (uncompressed: keeping it costs seconds) and later runs start from a
+# copy of it. Delete it to make a new one.
 # Usage: debian13-root.sh BUILD_DIR BUILD_TYPE PROBE_PLUGIN_DIR
 set -euo pipefail
 build_dir=$1 build_type=$2 plugin_dir=$3
@@ -31,7 +32,8 @@ mirror=${mirror:-http://deb.debian.org/debian}
 curl_or_wget() {
     if command -v curl >/dev/null; then curl -fsS -o /dev/null "$1"; else wget -q -O /dev/null "$1"; fi
 }
-if [ ! -s "$build_dir/debian13-minbase.tgz" ] && ! curl_or_wget "$mirror/dists/$suite/Release"; then
+cache=$build_dir/debian13-root.tar
+if [ ! -s "$cache" ] && ! curl_or_wget "$mirror/dists/$suite/Release"; then
     skip "the Debian archive ($mirror) cannot be reached"
 fi
 
@@ -44,25 +46,20 @@ package=$(ls "$work"/out/*.deb)
 echo "package: $(basename "$package")"
 
 start=$SECONDS
-tarball=$build_dir/debian13-minbase.tgz
-if [ ! -s "$tarball" ]; then
-    debootstrap --variant=minbase --make-tarball="$tarball.part" "$suite" "$work/download" \
-        "$mirror" >"$work/debootstrap.log" 2>&1 || {
+if [ -s "$cache" ]; then
+    mkdir "$root"
+    tar -xf "$cache" -C "$root"
+    echo "Debian 13 root from $cache"
+else
+    debootstrap --variant=minbase "$suite" "$root" "$mirror" >"$work/debootstrap.log" 2>&1 || {
         tail -n 20 "$work/debootstrap.log"
-        rm -f "$tarball.part"
-        echo "FAIL: debootstrap could not download Debian 13 from $mirror" >&2
+        echo "FAIL: debootstrap could not make a Debian 13 root from $mirror" >&2
         exit 1
     }
-    mv "$tarball.part" "$tarball"
-    echo "downloaded Debian 13 (minbase) into $tarball"
+    tar -cf "$cache.part" -C "$root" . && mv "$cache.part" "$cache"
+    echo "Debian 13 root made by debootstrap from $mirror, kept as $cache"
 fi
-debootstrap --variant=minbase --unpack-tarball="$tarball" "$suite" "$root" "$mirror" \
-    >"$work/debootstrap.log" 2>&1 || {
-    tail -n 20 "$work/debootstrap.log"
-    echo "FAIL: debootstrap could not make a Debian 13 root" >&2
-    exit 1
-}
-echo "Debian 13 root: $(cat "$root/etc/debian_version"), made in $((SECONDS - start)) s"
+echo "Debian $(cat "$root/etc/debian_version") root ready in $((SECONDS - start)) s"
 
 # apt inside the new root resolves the package's dependencies from Debian 13's archive.
 start=$SECONDS
