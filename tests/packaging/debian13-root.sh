@@ -27,7 +27,7 @@ command -v chroot >/dev/null || skip "chroot is missing"
 # The Debian mirror this machine uses, from its apt sources; Debian's own otherwise.
 mirror=$(sed -n -e 's/^URIs: *\([^ ]*debian\/*\)$/\1/p' -e 's/^deb  *\(http[^ ]*\/debian\/*\) .*/\1/p' \
     /etc/apt/sources.list /etc/apt/sources.list.d/*.sources /etc/apt/sources.list.d/*.list \
-    2>/dev/null | head -n 1)
+    2>/dev/null | head -n 1) || true
 mirror=${mirror:-http://deb.debian.org/debian}
 curl_or_wget() {
     if command -v curl >/dev/null; then curl -fsS -o /dev/null "$1"; else wget -q -O /dev/null "$1"; fi
