@@ -82,14 +82,16 @@ in_root lxconfig check /tmp/LXCONFIG.BIN
 cmp "$root/tmp/LXCONFIG.BIN" "$(dirname "$0")/../data/untouched-form.bin"
 echo "lxconfig on Debian 13 writes the untouched form's file"
 
-# The editor builds its window on the offscreen platform; the probe checks every tab and ends it.
+# The editor builds its window on the offscreen platform; the tabs probe reports the window and
+# every tab, then ends it. Its fit checks fail on the offscreen platform's 800x600 screen on any
+# system, so only the report is required here; desktop_launcher_dpi checks the fit under Xvfb.
 cp -r "$plugin_dir" "$root/tmp/probe-plugins"
 in_root env QT_QPA_PLATFORM=offscreen QT_PLUGIN_PATH=/tmp/probe-plugins \
-    QT_STYLE_OVERRIDE=lumarex-tabs-probe lumarex-config >"$work/editor.log" 2>&1 || {
-    status=$?
+    QT_STYLE_OVERRIDE=lumarex-tabs-probe lumarex-config >"$work/editor.log" 2>&1 || true
+if ! grep -q '^window ' "$work/editor.log" || [ "$(grep -c '^tab [0-9]' "$work/editor.log")" -ne 8 ]; then
     cat "$work/editor.log"
-    echo "FAIL: the editor on Debian 13 ended with status $status" >&2
+    echo "FAIL: the editor on Debian 13 did not build its window of eight tabs" >&2
     exit 1
-}
-grep -v -e '^CRC' -e '^header' -e '^MainWindow' -e '^xprop' "$work/editor.log" || true
-echo "the editor on Debian 13 built its window and showed every tab"
+fi
+grep -E '^(window|tab [0-9])' "$work/editor.log"
+echo "the editor on Debian 13 built its window of eight tabs"
