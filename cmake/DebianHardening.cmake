@@ -22,7 +22,7 @@ function(lumarex_hardening_flags variable name)
         endif()
         execute_process(
             COMMAND ${CMAKE_COMMAND} -E env DEB_BUILD_MAINT_OPTIONS=${options}
-                    ${DPKG_BUILDFLAGS_EXECUTABLE} --get ${name}
+                    ${host_architecture} ${DPKG_BUILDFLAGS_EXECUTABLE} --get ${name}
             OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE
             RESULT_VARIABLE status)
         if(NOT status EQUAL 0)
@@ -35,6 +35,22 @@ function(lumarex_hardening_flags variable name)
     endif()
     set(${variable} ${tokens_on} PARENT_SCOPE)
 endfunction()
+
+# A cross build takes the flags Debian gives the target architecture (arm64 has its own).
+set(host_architecture)
+if(CMAKE_CROSSCOMPILING AND CMAKE_LIBRARY_ARCHITECTURE)
+    find_program(DPKG_ARCHITECTURE_EXECUTABLE dpkg-architecture)
+    if(DPKG_ARCHITECTURE_EXECUTABLE)
+        execute_process(
+            COMMAND ${DPKG_ARCHITECTURE_EXECUTABLE} --host-type ${CMAKE_LIBRARY_ARCHITECTURE}
+                    --query DEB_HOST_ARCH
+            OUTPUT_VARIABLE LUMAREX_DEB_ARCHITECTURE OUTPUT_STRIP_TRAILING_WHITESPACE
+            ERROR_QUIET)
+        if(LUMAREX_DEB_ARCHITECTURE)
+            set(host_architecture DEB_HOST_ARCH=${LUMAREX_DEB_ARCHITECTURE})
+        endif()
+    endif()
+endif()
 
 if(DPKG_BUILDFLAGS_EXECUTABLE AND NOT LUMAREX_SANITIZE)
     lumarex_hardening_flags(hardening_cppflags CPPFLAGS)

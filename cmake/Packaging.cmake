@@ -14,6 +14,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS chromium)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_STRIP_FILES ON)
+# A cross build's package is of the target's architecture (cpack would name the build machine's).
+if(LUMAREX_DEB_ARCHITECTURE)
+    set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE ${LUMAREX_DEB_ARCHITECTURE})
+endif()
 # Read by the scripts below, which run inside cpack.
 set(CPACK_LUMAREX_STRIP "${CMAKE_STRIP}")
 # Without dpkg-shlibdeps CPack would quietly build a package without any Depends.

@@ -9,14 +9,17 @@ seconds=${FUZZ_SECONDS:-60}
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] || targets=(record load import json roundtrip report)
 
-CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+source scripts/llvm-tools.sh
+[ -n "$LUMAREX_CLANGXX" ] || { echo "fuzz.sh: clang++ not found (scripts/install-deps.sh fuzz)" >&2; exit 1; }
+CC=$LUMAREX_CLANG CXX=$LUMAREX_CLANGXX cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DBUILD_TESTING=OFF -DLUMAREX_FUZZ=ON -DLUMAREX_SANITIZE=address,undefined,fuzzer-no-link \
     >/dev/null
 cmake --build build-fuzz -j "${JOBS:-2}" --target "${targets[@]/%/_fuzzer}"
 
 export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp
 # Suppressions match function names, which only a symbolizer can give.
-export ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer
+[ -n "$LUMAREX_SYMBOLIZER" ] || { echo "fuzz.sh: llvm-symbolizer not found (scripts/install-deps.sh fuzz)" >&2; exit 1; }
+export ASAN_SYMBOLIZER_PATH=$LUMAREX_SYMBOLIZER
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 mkdir -p build-fuzz/artifacts
 for target in "${targets[@]}"; do

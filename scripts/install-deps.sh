@@ -38,10 +38,20 @@ for need in "$@"; do
         # diffutils gives cmp, the floor of lxconfig's start-up figure.
         # time (GNU time) gives lxconfig report's peak memory.
         bench) packages+=(libbenchmark-dev valgrind diffutils time) ;;
-        # llvm-14 brings llvm-symbolizer: suppressions name functions, so reports need symbols.
-        asan) packages+=(g++ libasan8 libubsan1 llvm-14) ;;
-        fuzz) packages+=(clang-14 libclang-rt-14-dev llvm-14) ;;
+        # The release's default compilers and tools, never a fixed version, so that the same
+        # names serve Debian 12 and Debian 13: g++ brings the sanitizer run-time libraries of
+        # its own version, and llvm brings llvm-symbolizer (suppressions name functions, so
+        # reports need symbols); scripts/llvm-tools.sh finds them as installed.
+        asan) packages+=(g++ llvm) ;;
+        fuzz) packages+=(clang libclang-rt-dev llvm) ;;
         valgrind) packages+=(valgrind) ;;
+        # The arm64 build (scripts/package-arm64.sh): Debian's cross compilers, the arm64 Qt
+        # development packages beside the build machine's own (multiarch, same versions from
+        # the same archive), and qemu-user to run the arm64 programs without binfmt.
+        arm64) packages+=(crossbuild-essential-arm64 qemu-user-static qtbase5-dev:arm64
+                          dpkg-dev lintian) ;;
+        # A fresh Debian 13 root into which the package is installed (tests/packaging).
+        debootstrap) packages+=(debootstrap debian-archive-keyring) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
     esac
 done
@@ -55,10 +65,23 @@ done
 if [ ${#missing[@]} -ne 0 ]; then
     sudo=()
     [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+    # A package of another architecture needs that architecture known to dpkg first; apt then keeps
+    # the build machine's own packages at the same versions.
+    for package in "${missing[@]}"; do
+        case "$package" in
+            *:*)
+                arch=${package##*:}
+                if [ "$arch" != "$(dpkg --print-architecture)" ] &&
+                    ! dpkg --print-foreign-architectures | grep -qx "$arch"; then
+                    echo "Adding the architecture $arch to dpkg"
+                    "${sudo[@]}" dpkg --add-architecture "$arch"
+                fi
+                ;;
+        esac
+    done
     echo "Installing: ${missing[*]}"
     "${sudo[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends \
-        "${missing[@]}"
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
 
 # The npm packages of tests/html, exactly as its lockfile names them, when they are not there

@@ -16,7 +16,9 @@ export ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:detect_stack_use_after_return
 export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 # Suppressions match function names, which only a symbolizer can give.
-export ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer
+source scripts/llvm-tools.sh
+[ -n "$LUMAREX_SYMBOLIZER" ] || { echo "sanitize.sh: llvm-symbolizer not found (scripts/install-deps.sh asan)" >&2; exit 1; }
+export ASAN_SYMBOLIZER_PATH=$LUMAREX_SYMBOLIZER
 # The screen-reader test (label atspi) is left out: it ends its editor with a signal, so no leak
 # check runs in it, and its runs depend on the D-Bus and AT-SPI libraries outside this project.
 # The tests that print with a real browser (label browser) are left out too: they check the

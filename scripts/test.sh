@@ -11,7 +11,7 @@ stage() {
     echo "test.sh: $name took $((SECONDS - start)) s" >&2
 }
 
-stage "installing packages" scripts/install-deps.sh build test asan fuzz valgrind
+stage "installing packages" scripts/install-deps.sh build test asan fuzz valgrind debootstrap
 stage "building" scripts/build.sh -DLUMAREX_WERROR=ON
 stage "the suite" ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
 # Hardening (docs/testing.md): the save and load tests under valgrind, each fuzz target for a minute,
@@ -19,3 +19,6 @@ stage "the suite" ctest --test-dir build --output-on-failure -j "${JOBS:-2}"
 stage "valgrind" scripts/valgrind.sh
 stage "fuzzing" scripts/fuzz.sh
 stage "the sanitizers" scripts/sanitize.sh
+# 64-bit ARM: the cross build, lxconfig under qemu-user and the editor's start (a release runs
+# scripts/package-arm64.sh in full, which also builds and lints the package).
+stage "arm64" scripts/package-arm64.sh --no-package
