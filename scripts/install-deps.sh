@@ -21,6 +21,10 @@ for need in "$@"; do
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin)
               # The shells whose completion of lxconfig is tested.
               packages+=(bash bash-completion zsh fish)
+              # Real FAT32 and exFAT cards for lxconfig's file tests: images made by mkfs.vfat
+              # and mkfs.exfat, mounted with FUSE (the kernel has no FAT driver) by fusefat and
+              # exfat-fuse, which bring fuse's fusermount.
+              packages+=(dosfstools exfatprogs fusefat exfat-fuse fuse)
               # A real validator for the JSON Schema of lxconfig's form.
               packages+=(python3 python3-jsonschema)
               # The settings sheet printed by a real browser, and its PDF read back.
