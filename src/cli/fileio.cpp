@@ -382,6 +382,13 @@ std::optional<Failure> OutputFile::writeReplacement(std::string_view data, Backu
         fd =
             ::openat(m_folderFd, m_tempName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     }
+    if (fd == -1) {
+        const int error = errno;
+        if (error == EACCES || error == EPERM || error == EROFS)
+            return Failure{m_given, "cannot write: the folder " + m_folder +
+                                        " refuses new files: " + std::strerror(error)};
+        return failure("cannot write", error);
+    }
     const auto fail = [&](int error) {
         closeKeepingErrno(fd);
         if (named)
