@@ -22,6 +22,10 @@ for need in "$@"; do
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin)
               # The shells whose completion of lxconfig is tested.
               packages+=(bash bash-completion zsh fish)
+              # Real FAT32 and exFAT cards for lxconfig's file tests: images made by mkfs.vfat
+              # and mkfs.exfat, mounted with FUSE (the kernel has no FAT driver) by fusefat and
+              # exfat-fuse, which bring fuse's fusermount.
+              packages+=(dosfstools exfatprogs fusefat exfat-fuse fuse)
               # Two real validators for the JSON Schema of lxconfig's form: python3-jsonschema,
               # and Ajv on Node.js (tests/html, below).
               packages+=(python3 python3-jsonschema)

@@ -10,6 +10,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/magic.h>
+#include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
@@ -108,19 +109,21 @@ bool hasMore(int fd)
     return retried([&] { return ::read(fd, &byte, 1); }) > 0;
 }
 
-// Signals that a user or the system sends to end a process; held back while a complete
-// temporary file is linked in and renamed, so that they cannot leave it behind. SIGKILL cannot
-// be held back: see the note at writeReplacement.
+// Every signal that ends a process by default and can be held back (SIGKILL and SIGSTOP cannot)
+// is held while a complete temporary file is linked in and renamed, and over the whole life of a
+// named one, so that none can leave it behind: the ones a user or the system sends (SIGTERM,
+// SIGINT, SIGHUP, SIGPWR...), SIGIO, SIGSTKFLT and the real-time signals alike. Only the signals
+// of the process's own faults stay open (SIGSEGV, SIGBUS...): the kernel delivers those whether
+// held or not. See the note at writeReplacement for SIGKILL.
 class TerminationSignalsHeld
 {
 public:
     TerminationSignalsHeld()
     {
         sigset_t held;
-        sigemptyset(&held);
-        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGALRM, SIGUSR1,
-                                 SIGUSR2, SIGXCPU, SIGVTALRM, SIGPROF, SIGTSTP})
-            sigaddset(&held, signal);
+        sigfillset(&held);
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS})
+            sigdelset(&held, fault);
         ::sigprocmask(SIG_BLOCK, &held, &m_previous);
     }
     ~TerminationSignalsHeld() { ::sigprocmask(SIG_SETMASK, &m_previous, nullptr); }
@@ -130,6 +133,35 @@ public:
 private:
     sigset_t m_previous;
 };
+
+// The errors of a file system that has no hard links (FAT, exFAT).
+bool noHardLinks(int error)
+{
+    return error == EPERM || error == ENOSYS || error == EOPNOTSUPP || error == ENOTSUP;
+}
+
+// Gives the new file the old one's owner and mode, as far as the file system keeps them (as
+// cp -p and sed -i do); errno, or 0.
+int keepOwnerAndMode(int fd, const struct stat &old)
+{
+    // Owner first: changing it clears the set-user-ID and set-group-ID bits that the mode then
+    // puts back. Another owner is allowed only to root; the group where it is allowed. A file
+    // system that keeps no owner says so, and the file has the owner it gives every file.
+    if (::fchown(fd, old.st_uid, old.st_gid) == -1 &&
+        ::fchown(fd, static_cast<uid_t>(-1), old.st_gid) == -1) {
+        // The group stays the folder's: a user may give a file only a group of its own.
+    }
+    const mode_t mode = old.st_mode & 07777;
+    if (::fchmod(fd, mode) == 0)
+        return 0;
+    const int error = errno;
+    // A file system that keeps no mode bits refuses to change them, and gives every file the
+    // same: then the new file already has the mode the old one had, or none can be kept.
+    struct stat created = {};
+    if (::fstat(fd, &created) == 0 && (created.st_mode & 07777) == mode)
+        return 0;
+    return error == ENOSYS || error == EOPNOTSUPP || error == ENOTSUP ? 0 : error;
+}
 
 } // namespace
 
@@ -344,10 +376,14 @@ std::optional<Failure> OutputFile::writeReplacement(const ContentWriter &write, 
     const mode_t mode = m_kind == Kind::Regular ? 0600 : 0666;
 
     bool named = false;
+    // A named temporary file has its name from creation to rename: every signal that can be held
+    // back is held back over its whole life, so that none leaves it behind.
+    std::optional<TerminationSignalsHeld> heldWhileNamed;
     int fd = ::openat(m_folderFd, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
     if (fd == -1 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)) {
-        // No unnamed temporary files here: a named one, removed on every failure below.
+        // No unnamed temporary files here (FAT, exFAT): a named one, removed on every failure.
         named = true;
+        heldWhileNamed.emplace();
         fd =
             ::openat(m_folderFd, m_tempName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     }
@@ -368,14 +404,8 @@ std::optional<Failure> OutputFile::writeReplacement(const ContentWriter &write, 
     if (const int error = write(fd))
         return fail(error);
     if (m_kind == Kind::Regular) {
-        // Owner first: changing it clears the set-user-ID and set-group-ID bits that the mode
-        // then puts back. Another owner is allowed only to root; the group where it is allowed.
-        const bool ownerKept = ::fchown(fd, old.st_uid, old.st_gid) == 0;
-        if (!ownerKept && ::fchown(fd, static_cast<uid_t>(-1), old.st_gid) == -1) {
-            // The group stays the folder's: a user may give a file only a group of its own.
-        }
-        if (::fchmod(fd, old.st_mode & 07777) == -1)
-            return fail(errno);
+        if (const int error = keepOwnerAndMode(fd, old))
+            return fail(error);
     }
     if (retried([&] { return ::fsync(fd); }) == -1)
         return fail(errno);
@@ -422,39 +452,86 @@ std::optional<Failure> OutputFile::writeReplacement(const ContentWriter &write, 
 
 namespace {
 
-// N of "BASE.~N~", or 0 for any other name.
-unsigned long backupNumber(const std::string &base, const char *name)
+// The digits N of "BASE.~N~" (no leading zero, as many as there are), or nothing for any other
+// name.
+std::string backupNumber(const std::string &base, const char *name)
 {
     const std::size_t length = std::strlen(name);
     if (length < base.size() + 4 || std::strncmp(name, base.data(), base.size()) != 0 ||
         std::strncmp(name + base.size(), ".~", 2) != 0 || name[length - 1] != '~')
-        return 0;
-    const std::string digits(name + base.size() + 2, length - base.size() - 3);
-    if (digits.empty() || digits.size() > 9 || digits[0] == '0' ||
+        return {};
+    std::string digits(name + base.size() + 2, length - base.size() - 3);
+    if (digits.empty() || digits[0] == '0' ||
         digits.find_first_not_of("0123456789") != std::string::npos)
-        return 0;
-    return std::stoul(digits);
+        return {};
+    return digits;
 }
 
-// The highest N of the folder's "BASE.~N~" names; 0 when there is none, -1 and errno on failure.
-long highestBackupNumber(int folderFd, const std::string &base)
+// Whether the decimal number a is below b (both without leading zeros; empty is zero).
+bool belowNumber(const std::string &a, const std::string &b)
+{
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+// The decimal number one more, with as many digits as it takes: 999999999 gives 1000000000.
+std::string nextNumber(std::string digits)
+{
+    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
+        if (*digit != '9') {
+            ++*digit;
+            return digits;
+        }
+        *digit = '0';
+    }
+    return '1' + digits;
+}
+
+// The highest N of the folder's "BASE.~N~" names, whatever its length (empty when there is
+// none); false and errno on failure.
+bool highestBackupNumber(int folderFd, const std::string &base, std::string &highest)
 {
     const int listed = ::openat(folderFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (listed == -1)
-        return -1;
+        return false;
     DIR *folder = ::fdopendir(listed);
     if (!folder) {
         closeKeepingErrno(listed);
-        return -1;
+        return false;
     }
-    unsigned long highest = 0;
+    highest.clear();
     errno = 0;
-    while (const dirent *entry = ::readdir(folder))
-        highest = std::max(highest, backupNumber(base, entry->d_name));
+    while (const dirent *entry = ::readdir(folder)) {
+        std::string number = backupNumber(base, entry->d_name);
+        if (belowNumber(highest, number))
+            highest = std::move(number);
+    }
     const int error = errno;
     ::closedir(folder);
     errno = error;
-    return error ? -1 : static_cast<long>(highest);
+    return error == 0;
+}
+
+// A copy of the file, for a file system without hard links: contents, owner and mode as far as
+// the file system keeps them, and times. Written whole and synced; errno, or 0.
+int copyFile(int from, int to, const struct stat &old)
+{
+    char chunk[65536];
+    for (off_t offset = 0;;) {
+        const ssize_t got = retried([&] { return ::pread(from, chunk, sizeof chunk, offset); });
+        if (got < 0)
+            return errno;
+        if (got == 0)
+            break;
+        if (const int error = writeAll(to, std::string_view(chunk, static_cast<std::size_t>(got))))
+            return error;
+        offset += got;
+    }
+    if (const int error = keepOwnerAndMode(to, old))
+        return error;
+    const struct timespec times[2] = {old.st_atim, old.st_mtim};
+    if (::futimens(to, times) == -1)
+        return errno;
+    return retried([&] { return ::fsync(to); }) == -1 ? errno : 0;
 }
 
 } // namespace
@@ -462,16 +539,17 @@ long highestBackupNumber(int folderFd, const std::string &base)
 // The old file (locked, so no other lxconfig replaces it meanwhile) gets the backup's name. It is
 // linked in under a name of its own first and renamed over the backup's name, so that an older
 // backup of that name is replaced in one step, as GNU tools replace theirs, and stays whole when
-// the new one cannot be made. Returns 0 or the errno.
+// the new one cannot be made. A file system without hard links (FAT, exFAT) gets a copy under
+// that name instead, with the same promises. Returns 0 or the errno.
 int OutputFile::linkBackup(const std::string &base, Backup backup) const
 {
     std::string name = base + '~';
     if (backup != Backup::Simple) {
-        const long highest = highestBackupNumber(m_folderFd, base);
-        if (highest < 0)
+        std::string highest;
+        if (!highestBackupNumber(m_folderFd, base, highest))
             return errno;
-        if (backup == Backup::Numbered || highest > 0)
-            name = base + ".~" + std::to_string(highest + 1) + '~';
+        if (backup == Backup::Numbered || !highest.empty())
+            name = base + ".~" + nextNumber(highest.empty() ? "0" : highest) + '~';
     }
     const std::string pending = backupPendingName();
     const TerminationSignalsHeld held;
@@ -479,6 +557,23 @@ int OutputFile::linkBackup(const std::string &base, Backup backup) const
     if (linked == -1 && errno != EEXIST) {
         const std::string self = "/proc/self/fd/" + std::to_string(m_lockedFd);
         linked = ::linkat(AT_FDCWD, self.c_str(), m_folderFd, pending.c_str(), AT_SYMLINK_FOLLOW);
+    }
+    if (linked == -1 && noHardLinks(errno)) {
+        struct stat old = {};
+        const int copy = ::fstat(m_lockedFd, &old) == -1
+                             ? -1
+                             : ::openat(m_folderFd, pending.c_str(),
+                                        O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (copy == -1)
+            return errno;
+        int error = copyFile(m_lockedFd, copy, old);
+        if (::close(copy) == -1 && error == 0)
+            error = errno;
+        if (error != 0) {
+            ::unlinkat(m_folderFd, pending.c_str(), 0);
+            return error;
+        }
+        linked = 0;
     }
     if (linked == -1)
         return errno;

@@ -11,6 +11,11 @@ namespace lxconfig {
 int resaveCommand(const Invocation &invocation, Output &output)
 {
     const std::string &path = invocation.arguments.at(0);
+    // The output is locked before the input is read: when they are one file, a set that comes
+    // meanwhile waits for this resave, instead of being written over by what it read before.
+    OutputFile file;
+    if (!report(file.open(invocation.outputPath), output))
+        return kExitFailure;
     InputBytes bytes;
     if (!report(readInput(path, kEditorReadSize, Overflow::Ignore, bytes), output))
         return kExitFailure;
@@ -26,8 +31,7 @@ int resaveCommand(const Invocation &invocation, Output &output)
     const lumarex::roundtrip::ResavePrediction saved =
         lumarex::roundtrip::predictResave(record.bytes());
     const std::string data(reinterpret_cast<const char *>(saved.bytes.data()), saved.bytes.size());
-    return writeOutputFile(invocation.outputPath, data, output, invocation.backup) ? kExitSuccess
-                                                                                   : kExitFailure;
+    return report(file.replace(data, invocation.backup), output) ? kExitSuccess : kExitFailure;
 }
 
 } // namespace lxconfig

@@ -1,6 +1,8 @@
 // --backup on every command that replaces a file: the names GNU tools give (FILE~, FILE.~N~),
-// what the backup holds, and that a backup which cannot be made leaves everything as it was.
+// what the backup holds, and that a backup which cannot be made leaves everything as it was; on
+// FAT32 and exFAT cards too, which have no hard links.
 
+#include "card.h"
 #include "shellrun.h"
 #include "workspace.h"
 
@@ -24,7 +26,9 @@ private slots:
     void kinds_data();
     void kinds();
     void simpleReplacesTheOldBackup();
+    void backupKeepsMode_data();
     void backupKeepsMode();
+    void numberedTwiceAfterNineDigits();
     void nothingToBackUp_data();
     void nothingToBackUp();
     void besideTheLinkedFile();
@@ -70,79 +74,106 @@ void TestBackup::everyReplacingCommand()
 
 void TestBackup::kinds_data()
 {
+    QTest::addColumn<QString>("fileSystem");
     QTest::addColumn<QStringList>("existing"); // backups there before the command
     QTest::addColumn<QString>("option");
     QTest::addColumn<QString>("versionControl"); // empty: not set
     QTest::addColumn<QString>("expected");       // the backup's name
 
-    QTest::newRow("simple") << QStringList{} << "--backup=simple"
-                            << ""
-                            << "f.bin~";
-    QTest::newRow("simple beside numbered") << QStringList{"f.bin.~1~"} << "--backup=simple"
-                                            << ""
-                                            << "f.bin~";
-    QTest::newRow("numbered, first") << QStringList{} << "--backup=numbered"
-                                     << ""
-                                     << "f.bin.~1~";
-    QTest::newRow("numbered after a gap")
-        << QStringList{"f.bin.~1~", "f.bin.~7~"} << "--backup=numbered"
-        << ""
-        << "f.bin.~8~";
-    QTest::newRow("numbered ignores other names")
-        << QStringList{"f.bin.~02~", "f.bin.~x~", "f.bin.~3~.old", "g.bin.~9~", "f.bin.~~"}
-        << "--backup=numbered"
-        << ""
-        << "f.bin.~1~";
-    QTest::newRow("existing without numbered") << QStringList{"f.bin~"} << "--backup=existing"
-                                               << ""
-                                               << "f.bin~";
-    QTest::newRow("existing with numbered") << QStringList{"f.bin.~4~"} << "--backup=existing"
-                                            << ""
-                                            << "f.bin.~5~";
-    QTest::newRow("bare option: existing") << QStringList{"f.bin.~2~"} << "--backup"
-                                           << ""
-                                           << "f.bin.~3~";
-    QTest::newRow("VERSION_CONTROL numbered") << QStringList{} << "--backup"
-                                              << "numbered"
-                                              << "f.bin.~1~";
-    QTest::newRow("VERSION_CONTROL t") << QStringList{} << "--backup"
-                                       << "t"
-                                       << "f.bin.~1~";
-    QTest::newRow("VERSION_CONTROL never") << QStringList{"f.bin.~1~"} << "--backup"
-                                           << "never"
-                                           << "f.bin~";
-    QTest::newRow("the option over VERSION_CONTROL") << QStringList{} << "--backup=simple"
-                                                     << "numbered"
-                                                     << "f.bin~";
-    QTest::newRow("old names: nil") << QStringList{} << "--backup=nil"
+    // On every file system, cards included: there the backup is a copy, not a second link.
+    for (const QString &fileSystem : cardFileSystems()) {
+        const auto row = [&](const char *name) -> QTestData & {
+            return QTest::addRow("%s, %s", qPrintable(fileSystem), name) << fileSystem;
+        };
+        row("simple") << QStringList{} << "--backup=simple"
+                      << ""
+                      << "f.bin~";
+        row("simple beside numbered") << QStringList{"f.bin.~1~"} << "--backup=simple"
+                                      << ""
+                                      << "f.bin~";
+        row("numbered, first") << QStringList{} << "--backup=numbered"
+                               << ""
+                               << "f.bin.~1~";
+        row("numbered after a gap") << QStringList{"f.bin.~1~", "f.bin.~7~"} << "--backup=numbered"
                                     << ""
-                                    << "f.bin~";
+                                    << "f.bin.~8~";
+        row("numbered ignores other names")
+            << QStringList{"f.bin.~02~", "f.bin.~x~", "f.bin.~3~.old", "g.bin.~9~", "f.bin.~~"}
+            << "--backup=numbered"
+            << ""
+            << "f.bin.~1~";
+        row("existing without numbered") << QStringList{"f.bin~"} << "--backup=existing"
+                                         << ""
+                                         << "f.bin~";
+        row("existing with numbered") << QStringList{"f.bin.~4~"} << "--backup=existing"
+                                      << ""
+                                      << "f.bin.~5~";
+        row("bare option: existing") << QStringList{"f.bin.~2~"} << "--backup"
+                                     << ""
+                                     << "f.bin.~3~";
+        row("VERSION_CONTROL numbered") << QStringList{} << "--backup"
+                                        << "numbered"
+                                        << "f.bin.~1~";
+        row("VERSION_CONTROL t") << QStringList{} << "--backup"
+                                 << "t"
+                                 << "f.bin.~1~";
+        row("VERSION_CONTROL never") << QStringList{"f.bin.~1~"} << "--backup"
+                                     << "never"
+                                     << "f.bin~";
+        row("the option over VERSION_CONTROL") << QStringList{} << "--backup=simple"
+                                               << "numbered"
+                                               << "f.bin~";
+        row("old names: nil") << QStringList{} << "--backup=nil"
+                              << ""
+                              << "f.bin~";
+        // Numbers of any length, as GNU tools count them.
+        row("numbered past nine digits") << QStringList{"f.bin.~999999999~"} << "--backup=numbered"
+                                         << ""
+                                         << "f.bin.~1000000000~";
+        row("numbered after ten digits")
+            << QStringList{"f.bin.~999999999~", "f.bin.~1000000000~"} << "--backup=numbered"
+            << ""
+            << "f.bin.~1000000001~";
+        row("numbered after eleven digits")
+            << QStringList{"f.bin.~12345678901~", "f.bin.~9~"} << "--backup=existing"
+            << ""
+            << "f.bin.~12345678902~";
+        row("numbered past every integer type")
+            << QStringList{"f.bin.~99999999999999999999999~"} << "--backup=numbered"
+            << ""
+            << "f.bin.~100000000000000000000000~";
+    }
 }
 
 void TestBackup::kinds()
 {
+    QFETCH(QString, fileSystem);
     QFETCH(QStringList, existing);
     QFETCH(QString, option);
     QFETCH(QString, versionControl);
     QFETCH(QString, expected);
 
     const Workspace workspace;
-    workspace.write("f.bin", kOld);
+    const Card card(workspace, fileSystem, "c");
+    if (!card.ready())
+        QSKIP(qPrintable(card.why()));
+    workspace.write("c/f.bin", kOld);
     for (const QString &name : existing)
-        workspace.write(name, "an older backup");
+        workspace.write("c/" + name, "an older backup");
     const QStringList environment =
         versionControl.isEmpty() ? QStringList{} : QStringList{"VERSION_CONTROL=" + versionControl};
-    COMPARE_RUN(workspace.run({"defaults", option, "-o", "f.bin"}, environment), 0, "", "");
-    QCOMPARE(workspace.read(expected), kOld);
-    QCOMPARE(workspace.read("f.bin"), workspace.read("good.bin"));
+    COMPARE_RUN(workspace.run({"defaults", option, "-o", "c/f.bin"}, environment), 0, "", "");
+    QCOMPARE(workspace.read("c/" + expected), kOld);
+    QCOMPARE(workspace.read("c/f.bin"), workspace.read("good.bin"));
+    for (const QString &name : existing) {
+        if (name != expected)
+            QCOMPARE(workspace.read("c/" + name), QByteArray("an older backup"));
+    }
     // Nothing else new in the folder.
-    QStringList names = folderEntries(workspace);
-    for (const QString &name : existing + QStringList{expected})
-        names.removeAll(name);
-    for (const char *sample : {"checksum.bin", "empty.bin", "f.bin", "folder", "good.bin",
-                               "long.bin", "magic.bin", "short.bin", "version.bin"})
-        names.removeAll(sample);
-    QCOMPARE(names, QStringList());
+    QStringList names = existing + QStringList{expected, "f.bin"};
+    names.removeDuplicates();
+    names.sort();
+    QCOMPARE(folderEntries(workspace, "c"), names);
 }
 
 void TestBackup::simpleReplacesTheOldBackup()
@@ -154,18 +185,45 @@ void TestBackup::simpleReplacesTheOldBackup()
     QCOMPARE(workspace.read("f.bin~"), kOld);
 }
 
+void TestBackup::backupKeepsMode_data()
+{
+    QTest::addColumn<QString>("fileSystem");
+    for (const QString &fileSystem : cardFileSystems())
+        QTest::newRow(qPrintable(fileSystem)) << fileSystem;
+}
+
 void TestBackup::backupKeepsMode()
 {
+    // The mode and times, as far as the file system keeps them (a card keeps no mode bits).
+    QFETCH(QString, fileSystem);
+    const Workspace workspace;
+    const Card card(workspace, fileSystem, "c");
+    if (!card.ready())
+        QSKIP(qPrintable(card.why()));
+    workspace.write("c/f.bin", kOld);
+    QFile::setPermissions(workspace.path("c/f.bin"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    const QFile::Permissions mode = QFile::permissions(workspace.path("c/f.bin"));
+    const QDateTime modified = QFileInfo(workspace.path("c/f.bin")).lastModified();
+    COMPARE_RUN(workspace.run({"defaults", "--backup=numbered", "-o", "c/f.bin"}), 0, "", "");
+    QCOMPARE(QFile::permissions(workspace.path("c/f.bin.~1~")), mode);
+    QCOMPARE(QFileInfo(workspace.path("c/f.bin.~1~")).lastModified(), modified);
+    QCOMPARE(QFile::permissions(workspace.path("c/f.bin")), mode);
+    QCOMPARE(workspace.read("c/f.bin.~1~"), kOld);
+}
+
+void TestBackup::numberedTwiceAfterNineDigits()
+{
+    // Two backups after "~999999999~": each gets a number of its own, none is lost.
     const Workspace workspace;
     workspace.write("f.bin", kOld);
-    QVERIFY(QFile::setPermissions(workspace.path("f.bin"),
-                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
-    const QFile::Permissions mode = QFile::permissions(workspace.path("f.bin"));
-    const QDateTime modified = QFileInfo(workspace.path("f.bin")).lastModified();
+    workspace.write("f.bin.~999999999~", "an older backup");
     COMPARE_RUN(workspace.run({"defaults", "--backup=numbered", "-o", "f.bin"}), 0, "", "");
-    QCOMPARE(QFile::permissions(workspace.path("f.bin.~1~")), mode);
-    QCOMPARE(QFileInfo(workspace.path("f.bin.~1~")).lastModified(), modified);
-    QCOMPARE(QFile::permissions(workspace.path("f.bin")), mode);
+    workspace.write("f.bin", "the newer contents");
+    COMPARE_RUN(workspace.run({"defaults", "--backup=numbered", "-o", "f.bin"}), 0, "", "");
+    QCOMPARE(workspace.read("f.bin.~999999999~"), QByteArray("an older backup"));
+    QCOMPARE(workspace.read("f.bin.~1000000000~"), kOld);
+    QCOMPARE(workspace.read("f.bin.~1000000001~"), QByteArray("the newer contents"));
 }
 
 void TestBackup::nothingToBackUp_data()

@@ -3,7 +3,8 @@
 // lxconfig's promises about files, under faults and odd inputs: a failed write changes nothing,
 // no temporary file is ever left, only regular files are replaced, set keeps what the file was,
 // concurrent sets lose nothing, standard output failures are failures, input is bounded, names
-// are taken as the bytes given. Each slot drives the built program through real files, real
+// are taken as the bytes given. The promises about files on a camera's card run on FAT32 and exFAT
+// cards too (card.h). Each slot drives the built program through real files, real
 // devices, mount namespaces and strace; what the machine cannot offer is skipped with the reason.
 
 #include <QObject>
@@ -28,6 +29,8 @@ private slots:
     void killedAtEveryStep();
     void failedCall_data();
     void failedCall();
+    void everySignalHeld_data();
+    void everySignalHeld();
 
     // specialfiletests.cpp
     void outputsThatAreNotFiles_data();
@@ -51,7 +54,10 @@ private slots:
     // editingtests.cpp
     void setKeepsMode_data();
     void setKeepsMode();
+    void setKeepsOwner_data();
     void setKeepsOwner();
     void setBreaksHardLink();
+    void concurrentSets_data();
     void concurrentSets();
+    void resaveOverItselfWaitsForTheLock();
 };
