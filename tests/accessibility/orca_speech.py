@@ -172,6 +172,7 @@ def start_orca(home, log_path):
     env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=os.path.join(home, "config"),
                XDG_DATA_HOME=os.path.join(home, "data"),
                XDG_CACHE_HOME=os.path.join(home, "cache"))
+    env.pop("QT_QPA_PLATFORM", None)  # ctest's offscreen platform is the editor's business
     return subprocess.Popen([sys.executable, "-c", ORCA_SHIM, log_path, shutil.which("orca")],
                             env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                             start_new_session=True)
