@@ -20,6 +20,10 @@ for need in "$@"; do
               # The screen-reader test: accessibility bus and registry, the AT-SPI client
               # library, and a private D-Bus session to run them in.
               packages+=(at-spi2-core python3-pyatspi dbus dbus-bin)
+              # The screen reader itself (its speech is read from its debug log, no speech
+              # server needed) and xdotool, which gives the editor's window the keyboard focus
+              # and types on the virtual display.
+              packages+=(orca xdotool)
               # The shells whose completion of lxconfig is tested.
               packages+=(bash bash-completion zsh fish)
               # Real FAT32 and exFAT cards for lxconfig's file tests: images made by mkfs.vfat

@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "comboboxaccessible.h"
 #include "ui_mainwindow.h"
 
 #include <QAccessible>
@@ -24,6 +25,9 @@ void dropAccessibleInterfacesCachedInConstruction(QWidget *disabledAtBuild)
 
 MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWindow)
 {
+    // Before the form is built: a combo box's interface may be made while setupUi fills it.
+    installComboBoxAccessibility();
+
     // setupUi makes the start-up selections before it connects slots by name, so no form rule
     // runs while the window is built.
     ui->setupUi(this);

@@ -53,6 +53,7 @@ private slots:
     void controlSpeaksItsCaption_data();
     void controlSpeaksItsCaption();
     void sbusPageKeepsItsRolesWhenEnabled();
+    void comboBoxOffersItsCurrentItem();
 
 private:
     std::unique_ptr<MainWindow> m_window;
@@ -129,6 +130,29 @@ void TestAccessibleControls::sbusPageKeepsItsRolesWhenEnabled()
         QVERIFY(!accessible->state().disabled || !control->isEnabled());
     }
     QCOMPARE(controls, 13);
+}
+
+// A screen reader reads a combo box's current item from its text, and follows a change through
+// the box's items, exposed as its children.
+void TestAccessibleControls::comboBoxOffersItsCurrentItem()
+{
+    const auto comboBoxes = m_window->findChildren<QComboBox *>();
+    QVERIFY(!comboBoxes.isEmpty());
+    for (QComboBox *comboBox : comboBoxes) {
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(comboBox);
+        QVERIFY(accessible != nullptr);
+        QAccessibleTextInterface *text = accessible->textInterface();
+        QVERIFY2(text != nullptr, qPrintable(comboBox->objectName()));
+        QCOMPARE(text->text(0, text->characterCount()), comboBox->currentText());
+        QCOMPARE(accessible->childCount(), comboBox->count());
+        QAccessibleInterface *current = accessible->child(comboBox->currentIndex());
+        QVERIFY(current != nullptr);
+        QCOMPARE(current->role(), QAccessible::ListItem);
+        QCOMPARE(current->text(QAccessible::Name), comboBox->currentText());
+        QVERIFY(current->state().selected);
+        QCOMPARE(current->parent(), accessible);
+        QCOMPARE(accessible->indexOfChild(current), comboBox->currentIndex());
+    }
 }
 
 QTEST_MAIN(TestAccessibleControls)

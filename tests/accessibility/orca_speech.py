@@ -1,0 +1,513 @@
+#!/usr/bin/python3
+"""The editor as a blind operator hears it: the real screen reader, Orca, runs beside the editor
+on a virtual X display inside a private D-Bus session, and the keyboard is used as the operator
+uses it. Orca's debug log records every utterance as a "SPEECH OUTPUT:" line, even with no speech
+server, and that log is what is checked.
+
+Every page is tabbed through: each control must be spoken with its caption, its role and its
+value (a combo box's current item, a check box's state, a spin box's number, a line edit's text).
+Then Down (or Up, on the last item) on each enabled combo box must announce the new item, and
+Space on each check box its new state; each change is undone the same way. Down on the trigger
+mode until "SBUS" opens the SBUS/PPM page, locked at start-up; that page itself is not walked yet
+and is reported as not checked (see NOT_WALKED). The captions, items
+and start values come from the form's generated table (printed by lumarex_printformfacts); only
+Orca's words for roles and states are written out here.
+
+The manual's section for keyboard and screen-reader users quotes part of what Orca says; that
+quote must be a run of the lines heard here, so it stays true. --transcript writes them all.
+
+Exit status 0 when everything is spoken as expected, 1 otherwise, 77 (skip) when the machine
+lacks what the test needs.
+
+Usage: orca_speech.py --editor PATH --facts PATH [--manual docs/manual.md] [--transcript FILE]
+"""
+
+import argparse
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import time
+
+sys.dont_write_bytecode = True  # importing the helpers below leaves nothing in the source tree
+import atspi_captions as session  # noqa: E402
+
+SKIP = 77
+IN_SESSION = "LUMAREX_ORCA_PRIVATE_SESSION"
+
+# Orca's words.
+ROLE_OF_CLASS = {
+    "QCheckBox": "check box",
+    "QComboBox": "combo box",
+    "QSpinBox": "spin button",
+    "QDoubleSpinBox": "spin button",
+    "QLineEdit": "text",
+}
+CHECKED = {True: "checked", False: "not checked"}
+READ_BUTTON = "Read from file push button"
+TAB_LIST = "page tab list"
+PAGE_TAB = " page tab"
+SBUS_PAGE = "SBUS/PPM"
+# Not walked yet: with the SBUS/PPM page opened by the trigger mode, the key after the focus
+# reached "Zoom inc./dec." (Tab or Shift+Tab) never reaches Orca under Xvfb (it is not in Orca's
+# log; the editor is idle). Until that is understood the page is reported as not checked.
+NOT_WALKED = {SBUS_PAGE}
+TRIGGER_MODE = "cbTriggerPinMode"
+SBUS_ITEM = "SBUS"
+
+# Bounds of the waits. Each poll reads the log once; a bound only ends a hopeless wait.
+POLL_INTERVAL = 0.02
+EVENT_BOUND = 45.0
+TABS_PER_PAGE = 40
+
+# A spoken line: "SPEECH OUTPUT: 'text'{voice}". An echoed key ends in a space and is followed
+# by one before the voice: "SPEECH OUTPUT: 'tab ' {voice}".
+SPOKEN = re.compile(r"SPEECH OUTPUT: '(.*)'\{")
+
+
+def skip(reason):
+    print(f"SKIP: {reason}")
+    sys.exit(SKIP)
+
+
+def check_prerequisites():
+    session.check_prerequisites()
+    if not shutil.which("orca"):
+        skip("the screen reader is not installed (Debian package orca)")
+    if not shutil.which("xdotool"):
+        skip("xdotool is not installed (Debian package xdotool)")
+
+
+def words(text):
+    """Whitespace as a listener hears it: runs of it are one pause."""
+    return " ".join(text.split()).rstrip(".").strip()
+
+
+class Failures(list):
+    def add(self, message):
+        print(f"FAIL: {message}", flush=True)
+        self.append(message)
+
+
+# --- the screen reader's log ------------------------------------------------------------------
+
+
+class SpeechLog:
+    """Orca's debug log, read as it grows. Orca writes it through a buffered file, so Orca is
+    started through a shim that makes the file line-buffered (see start_orca)."""
+
+    def __init__(self, path, orca, editor):
+        self.path = path
+        self.orca = orca
+        self.editor = editor
+        self.lines = []
+        self.partial = ""
+        self.offset = 0
+
+    def read(self):
+        try:
+            with open(self.path, encoding="utf-8", errors="replace") as log:
+                log.seek(self.offset)
+                chunk = log.read()
+                self.offset = log.tell()
+        except FileNotFoundError:
+            return
+        text = self.partial + chunk
+        *complete, self.partial = text.split("\n")
+        self.lines.extend(complete)
+
+    def mark(self):
+        self.read()
+        return len(self.lines)
+
+    def utterances(self, since):
+        return [words(m.group(1)) for line in self.lines[since:]
+                if (m := SPOKEN.search(line)) and not m.group(1).endswith(" ")]
+
+    def wait(self, since, done, what):
+        """Waits until done(utterances since the mark) holds once Orca has finished speaking
+        (a line other than speech follows the last utterance). Returns the utterances."""
+        deadline = time.monotonic() + EVENT_BOUND
+        while True:
+            self.read()
+            new = self.lines[since:]
+            last_speech = max((i for i, line in enumerate(new) if "SPEECH OUTPUT:" in line),
+                              default=None)
+            if last_speech is not None and last_speech + 1 < len(new):
+                heard = self.utterances(since)
+                if heard and done(heard):
+                    return heard
+            if self.editor.poll() is not None:
+                raise RuntimeError(f"the editor ended (status {self.editor.returncode}) while "
+                                   f"waiting for {what}")
+            if self.orca.poll() is not None:
+                raise RuntimeError(f"Orca ended (status {self.orca.returncode}) while waiting "
+                                   f"for {what}")
+            if time.monotonic() > deadline:
+                raise RuntimeError(f"Orca said nothing like {what} within {EVENT_BOUND:.0f} s; "
+                                   f"heard {self.utterances(since)}")
+            time.sleep(POLL_INTERVAL)
+
+
+# --- processes --------------------------------------------------------------------------------
+
+ORCA_SHIM = """
+import builtins, runpy, sys
+log, orca = sys.argv[1], sys.argv[2]
+plain_open = builtins.open
+def line_buffered(file, mode="r", *args, **kwargs):
+    if file == log and "w" in mode:
+        return plain_open(file, mode, buffering=1)
+    return plain_open(file, mode, *args, **kwargs)
+builtins.open = line_buffered
+sys.argv = ["orca", "--debug-file=" + log]
+runpy.run_path(orca, run_name="__main__")
+"""
+
+
+def start_orca(home, log_path):
+    """Orca with a fresh home (its default settings), its debug log line-buffered."""
+    env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=os.path.join(home, "config"),
+               XDG_DATA_HOME=os.path.join(home, "data"),
+               XDG_CACHE_HOME=os.path.join(home, "cache"))
+    env.pop("QT_QPA_PLATFORM", None)  # ctest's offscreen platform is the editor's business
+    return subprocess.Popen([sys.executable, "-c", ORCA_SHIM, log_path, shutil.which("orca")],
+                            env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                            start_new_session=True)
+
+
+def focus_editor_window(editor_name):
+    """There is no window manager: the editor's window gets the keyboard focus as a window
+    manager would give it."""
+    subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--classname", editor_name,
+                    "windowfocus", "--sync"], check=True, stdout=subprocess.DEVNULL)
+
+
+def press(key):
+    subprocess.run(["xdotool", "key", key], check=True)
+
+
+# --- the walk ---------------------------------------------------------------------------------
+
+
+class Walk:
+    def __init__(self, log, facts, failures):
+        self.log = log
+        self.facts = facts
+        self.failures = failures
+        self.transcript = []
+        self.pages = sorted({(c["pageIndex"], c["page"]) for c in facts})
+        self.page = None
+
+    def key(self, key, done, what):
+        since = self.log.mark()
+        press(key)
+        heard = self.log.wait(since, done, what)
+        self.transcript.append((key, heard))
+        return heard
+
+    def controls_of(self, page):
+        return [c for c in self.facts if c["page"] == page]
+
+    def spoken_control(self, heard):
+        """The control of the current page that an utterance names, with the utterance's
+        position, or (None, None)."""
+        for position, utterance in enumerate(heard):
+            for control in self.controls_of(self.page):
+                start = f"{words(control['caption'])} "
+                if utterance.startswith(start):
+                    return control, position
+        return None, None
+
+    def known(self, heard):
+        return (self.spoken_control(heard)[0] is not None
+                or any(u == READ_BUTTON or u.endswith(TAB_LIST) or "push button" in u
+                       for u in heard))
+
+    def tab(self, key="Tab"):
+        heard = self.key(key, self.known, "the next control")
+        control, position = self.spoken_control(heard)
+        return heard, control, position
+
+    def to_tab_list(self):
+        for _ in range(TABS_PER_PAGE):
+            heard, _, _ = self.tab()
+            for utterance in heard:
+                if utterance.endswith(TAB_LIST):
+                    self.page = utterance[: -len(TAB_LIST)].strip().removesuffix(" page")
+                    return
+        raise RuntimeError(f"no {TAB_LIST!r} after {TABS_PER_PAGE} Tabs")
+
+    def show_page(self, page):
+        """From the row of page tabs, Right or Left until the page is shown and spoken."""
+        index = {name: i for i, name in self.pages}
+        while self.page != page:
+            key = "Right" if index[page] > index[self.page] else "Left"
+            heard = self.key(key, lambda h: any(u.endswith(PAGE_TAB) for u in h), "a page")
+            names = [u.removesuffix(PAGE_TAB) for u in heard]
+            spoken = [n for n in names if n in index]
+            if not spoken:
+                raise RuntimeError(f"{key} on the page tabs: no page named in {heard}")
+            self.page = spoken[-1]
+
+    def controls_of_page(self, visit):
+        """Tabs from the row of page tabs through the shown page and back to the row, calling
+        visit(control, heard, position) for each control spoken."""
+        visited = []
+        for _ in range(TABS_PER_PAGE):
+            heard, control, position = self.tab()
+            if control is not None:
+                visited.append(control["objectName"])
+                visit(control, heard, position)
+                continue
+            if any(u.endswith(TAB_LIST) for u in heard):
+                return visited
+        raise RuntimeError(f"the page tabs not reached after {TABS_PER_PAGE} Tabs")
+
+    # --- what each control must say ---
+
+    def value_heard(self, control, heard, position):
+        """The value in the focus announcement, or None when the role is wrong."""
+        role = ROLE_OF_CLASS.get(control["className"])
+        caption = words(control["caption"])
+        utterance = heard[position]
+        rest = utterance[len(caption):].strip()
+        if control["className"] == "QComboBox":
+            if rest != role or position + 1 >= len(heard):
+                return None
+            return heard[position + 1]
+        if control["className"] == "QCheckBox":
+            if not rest.startswith(role):
+                return None
+            return rest[len(role):].strip()
+        if control["className"] in ("QSpinBox", "QDoubleSpinBox"):
+            if not rest.endswith(role):
+                return None
+            return rest[: -len(role)].strip()
+        if control["className"] == "QLineEdit":
+            # Orca speaks a line edit's text apart, selected as the focus selects it all.
+            if rest != role:
+                return None
+            others = [u for i, u in enumerate(heard) if i != position and u != "selected"
+                      and " " not in u]
+            return others[0] if others else ""
+        return None
+
+    def start_value(self, control):
+        if control["className"] == "QComboBox":
+            return words(control["startText"])
+        if control["className"] == "QCheckBox":
+            return CHECKED[control["startChecked"]]
+        if control["className"] in ("QSpinBox", "QDoubleSpinBox"):
+            return f"{control['startValue']:.{control['decimals']}f}"
+        return words(control["startText"])
+
+    def check_focus(self, control, heard, position, expected_value):
+        name = f"{self.page}: {control['objectName']} ({control['caption']!r})"
+        value = self.value_heard(control, heard, position)
+        role = ROLE_OF_CLASS.get(control["className"])
+        if value is None:
+            self.failures.add(f"{name}: heard {heard}, expected caption, {role!r} and value")
+        elif expected_value is not None and value != expected_value:
+            self.failures.add(f"{name}: value {value!r} spoken, expected {expected_value!r}")
+        return value
+
+    # --- the passes ---
+
+    def focus_pass(self, page):
+        self.show_page(page)
+
+        def visit(control, heard, position):
+            self.check_focus(control, heard, position, self.start_value(control))
+
+        return self.controls_of_page(visit)
+
+    def change(self, control, key, expected):
+        heard = self.key(key, lambda h: expected in h, repr(expected))
+        if expected not in heard:
+            self.failures.add(f"{self.page}: {key} on {control['objectName']}: heard {heard}, "
+                              f"expected {expected!r}")
+
+    def change_pass(self, page):
+        self.show_page(page)
+
+        def visit(control, heard, position):
+            value = self.check_focus(control, heard, position, None)
+            if value is None:
+                return
+            if control["className"] == "QComboBox":
+                items = [words(i) for i in control["items"]]
+                if value not in items:
+                    self.failures.add(f"{page}: {control['objectName']} speaks {value!r}, not "
+                                      f"one of its items")
+                    return
+                index = items.index(value)
+                there, back = ("Down", "Up") if index + 1 < len(items) else ("Up", "Down")
+                other = items[index + 1] if there == "Down" else items[index - 1]
+                self.change(control, there, other)
+                self.change(control, back, value)
+            elif control["className"] == "QCheckBox":
+                flipped = CHECKED[value != CHECKED[True]]
+                self.change(control, "space", flipped)
+                self.change(control, "space", value)
+
+        return self.controls_of_page(visit)
+
+    def choose_trigger_mode(self, item):
+        """On the Trigger page, Down on the trigger mode until the item is chosen; each step
+        must be announced."""
+        self.show_page(next(c["page"] for c in self.facts if c["objectName"] == TRIGGER_MODE))
+        facts = next(c for c in self.facts if c["objectName"] == TRIGGER_MODE)
+        items = [words(i) for i in facts["items"]]
+        chosen = []
+
+        def visit(control, heard, position):
+            if control["objectName"] != TRIGGER_MODE:
+                return
+            value = self.check_focus(control, heard, position, None)
+            if value not in items:
+                return
+            for next_item in items[items.index(value) + 1: items.index(item) + 1]:
+                self.change(control, "Down", next_item)
+            chosen.append(item)
+
+        self.controls_of_page(visit)
+        if not chosen:
+            self.failures.add(f"the trigger mode could not be set to {item!r}")
+
+
+def run_walk(log, facts):
+    failures = Failures()
+    walk = Walk(log, facts, failures)
+    log.wait(0, lambda h: any(u.endswith("push button") for u in h), "the focused button")
+    walk.to_tab_list()
+
+    heard_per_page = {}
+    for _, page in walk.pages:
+        if page == SBUS_PAGE:
+            continue
+        heard_per_page[page] = walk.focus_pass(page)
+    walk.choose_trigger_mode(SBUS_ITEM)
+    changed = {}
+    if SBUS_PAGE not in NOT_WALKED:
+        heard_per_page[SBUS_PAGE] = walk.focus_pass(SBUS_PAGE)
+        changed[SBUS_PAGE] = walk.change_pass(SBUS_PAGE)
+    for _, page in walk.pages:
+        if page != SBUS_PAGE:
+            changed[page] = walk.change_pass(page)
+
+    for _, page in walk.pages:
+        if page in NOT_WALKED:
+            print(f"NOT CHECKED: the {page} page (see NOT_WALKED in {os.path.basename(__file__)})")
+        elif not heard_per_page.get(page):
+            failures.add(f"{page}: no control spoken")
+    counts = {
+        "pages": len(heard_per_page),
+        "controls spoken": sum(len(v) for v in heard_per_page.values()),
+        "combo box changes": sum(1 for t in walk.transcript if t[0] in ("Down", "Up")),
+        "check box changes": sum(1 for t in walk.transcript if t[0] == "space"),
+    }
+    return failures, counts, walk.transcript
+
+
+def transcript_lines(transcript):
+    return [f"{key}: " + " | ".join(heard) for key, heard in transcript]
+
+
+def write_transcript(path, transcript):
+    with open(path, "w", encoding="utf-8") as out:
+        out.write("\n".join(transcript_lines(transcript)) + "\n")
+
+
+MANUAL_MARK = "<!-- transcript checked by tests/accessibility/orca_speech.py -->"
+
+
+def manual_example(manual_path):
+    """The transcript lines the manual quotes: the fenced block after its mark."""
+    with open(manual_path, encoding="utf-8") as manual:
+        text = manual.read()
+    if MANUAL_MARK not in text:
+        return None
+    block = text.split(MANUAL_MARK, 1)[1].split("```", 2)[1]
+    return [line for line in block.splitlines()[1:] if line.strip()]
+
+
+def check_manual(manual_path, transcript, failures):
+    """The manual's example must be a run of lines of what was heard, in order."""
+    example = manual_example(manual_path)
+    if not example:
+        failures.add(f"{manual_path}: no transcript block after {MANUAL_MARK!r}")
+        return
+    heard = transcript_lines(transcript)
+    for start in range(len(heard) - len(example) + 1):
+        if heard[start: start + len(example)] == example:
+            return
+    failures.add(f"{manual_path}: its Orca transcript is not what Orca said; the first line "
+                 f"not heard in that order: "
+                 f"{next((line for line in example if line not in heard), example[0])!r}")
+
+
+def run_in_session(arguments):
+    facts = json.loads(subprocess.run([arguments.facts], check=True, capture_output=True,
+                                      text=True).stdout)
+    import tempfile
+
+    display_server = editor = bus = orca = None
+    with tempfile.TemporaryDirectory(prefix="lumarex-orca-") as home:
+        log_path = os.path.join(home, "orca-debug.log")
+        try:
+            display_server, display = session.start_display()
+            os.environ["DISPLAY"] = display
+            editor = session.start_editor(arguments.editor, display)
+            session.poll(lambda: session.editor_watches_for_bus(editor),
+                         "the editor to watch for the accessibility bus", editor)
+            bus = session.start_accessibility_bus()
+            session.poll(session.accessibility_bus_owned, "the accessibility bus", editor)
+            name = os.path.basename(arguments.editor)
+            orca = start_orca(home, log_path)
+            log = SpeechLog(log_path, orca, editor)
+            log.wait(0, lambda h: len(h) > 0, "Orca starting")
+            focus_editor_window(name)
+            failures, counts, transcript = run_walk(log, facts)
+        except RuntimeError as error:
+            print(f"FAIL: {error}")
+            if arguments.keep_log:
+                shutil.copy(log_path, arguments.keep_log)
+            return 1
+        finally:
+            session.stop(orca)
+            session.stop(editor)
+            session.stop(bus)
+            session.stop(display_server)
+
+    if arguments.transcript:
+        write_transcript(arguments.transcript, transcript)
+    if arguments.manual:
+        check_manual(arguments.manual, transcript, failures)
+    print("; ".join(f"{k}: {v}" for k, v in counts.items()))
+    return 1 if failures else 0
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
+    parser.add_argument("--editor", required=True)
+    parser.add_argument("--facts", required=True)
+    parser.add_argument("--transcript", help="write every key and what Orca said to it")
+    parser.add_argument("--manual", help="the manual whose example transcript must be heard")
+    parser.add_argument("--keep-log", help="where to copy Orca's log when the walk breaks off")
+    arguments = parser.parse_args()
+
+    check_prerequisites()
+    if os.environ.get(IN_SESSION) != "1":
+        env = dict(os.environ, **{IN_SESSION: "1"})
+        env.pop("DISPLAY", None)
+        env.pop("AT_SPI_BUS_ADDRESS", None)
+        return subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv,
+                              env=env).returncode
+    return run_in_session(arguments)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
