@@ -392,7 +392,7 @@ void TestReport::cameraNames()
 // a dagger (class "finding") where the window would not keep it.
 void TestReport::valueAsStored()
 {
-    QCOMPARE(m_workspace.run({"set", "--force", "cam.bin", "esoOffset=-125"}).exitCode, 0);
+    QCOMPARE(m_workspace.run({"set", "--raw", "cam.bin", "esoOffset=-125"}).exitCode, 0);
     const RunResult result = m_workspace.run({"report", "cam.bin"});
     QCOMPARE(result.exitCode, 0);
     const Section section = parsedReport(result.out).first();

@@ -26,7 +26,7 @@ cd "$work"
 mkdir cam1 cam2
 "$lxconfig" defaults -o cam1/LXCONFIG.BIN
 cp cam1/LXCONFIG.BIN cam2/LXCONFIG.BIN
-"$lxconfig" set --force cam2/LXCONFIG.BIN esoHeating=1500 sbusZoom=17 'triggerLow[2]=700'
+"$lxconfig" set --raw cam2/LXCONFIG.BIN esoHeating=1500 sbusZoom=17 'triggerLow[2]=700'
 cp cam1/LXCONFIG.BIN refused.bin
 printf 'X' | dd of=refused.bin bs=1 conv=notrunc status=none # the magic "XONF"
 "$lxconfig" report cam1/LXCONFIG.BIN cam2/LXCONFIG.BIN refused.bin missing.bin \
