@@ -14,7 +14,7 @@ trap 'rm -rf "$work"' EXIT
 # The example of docs/lxconfig.md: a card with the GPS receiver switched off and three values
 # the window cannot hold.
 "$lxconfig" defaults -o "$work/LXCONFIG.BIN"
-"$lxconfig" set "$work/LXCONFIG.BIN" gpsReceiver=0 serialBaudrate=100000 esoHeating=1500 \
+"$lxconfig" set -q "$work/LXCONFIG.BIN" gpsReceiver=0 serialBaudrate=100000 esoHeating=1500 \
     sbusZoom=17
 (cd "$work" && "$lxconfig" report LXCONFIG.BIN -o report.html) || true # the file has findings
 sed -i 's/size: auto/size: A4/' "$work/report.html"

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "jsonform.h"
 #include "jsonsyntax.h"
+#include "recordchange.h"
 #include "recordfile.h"
 #include "ruleties.h"
 
@@ -105,10 +106,12 @@ void warnAboutTies(const std::string &path, const JsonValue &form, Output &outpu
 }
 
 // One file: the line it gets, or false after its error line.
-bool applyTo(const std::string &path, const JsonValue &form, Backup backup, Output &output)
+bool applyTo(const std::string &path, const JsonValue &form, const Invocation &invocation,
+             Output &output)
 {
     OutputFile file;
-    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
+    InputBytes read;
+    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output, &read);
     if (!record)
         return false;
     const lumarex::ConfigRecord before = *record;
@@ -118,20 +121,11 @@ bool applyTo(const std::string &path, const JsonValue &form, Backup backup, Outp
         output.error(path + ": the template would make a file the editor refuses: " + *problem);
         return false;
     }
-    int changed = 0;
-    for (const auto &member : form.items()) {
-        const lumarex::FieldInfo &info = lumarex::fieldInfo(*lumarex::fieldByName(member.key()));
-        const auto first = info.offset;
-        changed +=
-            !std::equal(before.bytes().begin() + first, before.bytes().begin() + first + info.width,
-                        record->bytes().begin() + first);
-    }
-    if (!report(file.replace(recordBytes(*record), backup), output))
-        return false;
     const std::size_t applied = form.size();
-    output.out(path + ": " + std::to_string(applied) + (applied == 1 ? " field" : " fields") +
-               " applied, " + std::to_string(changed) + " changed\n");
-    return true;
+    return finishChange(path, file, read, before, *record,
+                        std::to_string(applied) +
+                            (applied == 1 ? " field applied" : " fields applied"),
+                        invocation, output);
 }
 
 } // namespace
@@ -146,7 +140,7 @@ int applyCommand(const Invocation &invocation, Output &output)
     warnAboutTies(templatePath, *form, output);
     int status = kExitSuccess;
     for (auto it = invocation.arguments.begin() + 1; it != invocation.arguments.end(); ++it) {
-        if (!applyTo(*it, *form, invocation.backup, output))
+        if (!applyTo(*it, *form, invocation, output))
             status = kExitFailure;
     }
     return status;

@@ -4,6 +4,7 @@
 #include "commandtable.h"
 #include "completion.h"
 #include "helptext.h"
+#include "pager.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,7 +27,8 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
     if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
         given(invocation.format != Format::Text, kFormat) ||
         given(invocation.backup != Backup::None, kBackup) ||
-        given(!invocation.fieldsPattern.empty(), kFields))
+        given(!invocation.fieldsPattern.empty(), kFields) || given(invocation.quiet, kQuiet) ||
+        given(invocation.list, kList))
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -52,6 +54,9 @@ struct ParsedLine
     bool version = false;
     bool force = false;
     bool strict = false;
+    bool quiet = false;
+    bool list = false;
+    bool noPager = false;
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern;
@@ -121,6 +126,12 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.force = true;
         else if (name == "strict")
             line.strict = true;
+        else if (name == "q" || name == "quiet")
+            line.quiet = true;
+        else if (name == "list")
+            line.list = true;
+        else if (name == "no-pager")
+            line.noPager = true;
         else
             return false;
         return true;
@@ -191,6 +202,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
                 }
                 if (name == "h")
                     askHelp();
+                else if (name == "q")
+                    line.quiet = true;
                 else
                     line.unknown.push_back(name);
             }
@@ -206,7 +219,9 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
         return listCompletions({arguments.begin() + 1, arguments.end()}, output);
     const ParsedLine line = parseLine(arguments);
     if (const std::optional<std::string> error = line.errorText()) {
-        output.usageError(*error);
+        const Command *command =
+            line.positional.empty() ? nullptr : findCommand(line.positional.front());
+        output.usageError(*error, command ? command->name : "");
         return kExitError;
     }
     if (line.help) {
@@ -238,17 +253,21 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.outputPath = line.outputPath.value_or(std::string());
     invocation.force = line.force;
     invocation.strict = line.strict;
+    invocation.quiet = line.quiet;
+    invocation.list = line.list;
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;
     if (!fits(*command, invocation, line.outputPath.has_value())) {
-        output.usageError(std::string("usage: lxconfig ") + command->synopsis);
+        output.usageError(std::string("usage: lxconfig ") + command->synopsis, command->name);
         return kExitError;
     }
     if (line.outputPath && line.outputPath->empty()) {
-        output.usageError("the output file name is empty");
+        output.usageError("the output file name is empty", command->name);
         return kExitError;
     }
+    if (!line.noPager && commandPages(*command))
+        startPager();
     return command->run(invocation, output);
 }
 
@@ -258,7 +277,9 @@ int run(const std::vector<std::string> &arguments, Output &output)
 {
     bool isDiff = false;
     const int status = runCommand(arguments, output, isDiff);
-    if (output.finish())
+    const bool written = output.finish();
+    waitForPager();
+    if (written)
         return status;
     // As coreutils do: what could not be written is a failure, for diff a trouble.
     return isDiff ? kExitError : std::max(status, kExitFailure);

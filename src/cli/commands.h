@@ -29,6 +29,8 @@ struct Invocation
     std::string outputPath;
     bool force = false;  // set may write a magic or format version the editor refuses
     bool strict = false; // check: also what the editor's load and save would change
+    bool quiet = false;  // set, apply: no report of the changes; check: the exit status alone
+    bool list = false;   // explain: the settings index
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern; // apply: only the template's fields that match, empty: all

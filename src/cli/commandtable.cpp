@@ -8,11 +8,12 @@ const std::vector<Command> &commandTable()
 {
     static const std::vector<Command> table = {
         {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAnyNumber,
-         OutputOption::None, kStrict | kFormat, checkCommand,
+         OutputOption::None, kStrict | kFormat | kQuiet, checkCommand,
          "For each file one line: \"valid\", or the first check of the editor's load that the\n"
          "file fails (open, read, magic, format version, checksum). With --strict, after a file\n"
          "the editor loads, one line per value that its load and an immediate save would not\n"
-         "keep, with the reason. Exit status 1 when a file is not valid or has such a value.\n",
+         "keep, with the reason. Exit status 1 when a file is not valid or has such a value.\n"
+         "With -q nothing is printed: the exit status alone answers.\n",
          "lxconfig check --strict LXCONFIG.BIN"},
         {"show", "show FILE", "list every field with its offset and value", 1, 1,
          OutputOption::None, kFormat, showCommand,
@@ -35,10 +36,12 @@ const std::vector<Command> &commandTable()
          "Writes the exact bytes the editor saves from its untouched form.\n",
          "lxconfig defaults -o LXCONFIG.BIN"},
         {"set", "set FILE FIELD=VALUE...", "change fields in place and mend the checksum", 2,
-         kAnyNumber, OutputOption::None, kForce | kBackup, setCommand,
+         kAnyNumber, OutputOption::None, kForce | kBackup | kQuiet, setCommand,
          "Changes fields of the file in place and mends the checksum; FIELD[i]=VALUE changes one\n"
          "element of an array field. A file that fails check is refused, and so is a change\n"
-         "the editor would then refuse, unless --force is given.\n",
+         "the editor would then refuse, unless --force is given. Prints a line for the file,\n"
+         "then each setting that changed, old -> new, as diff shows them (-q: nothing). A\n"
+         "file in which nothing changes is neither rewritten nor backed up.\n",
          "lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600"},
         {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
          OutputOption::None, kFormat, diffCommand,
@@ -47,10 +50,12 @@ const std::vector<Command> &commandTable()
          "failure.\n",
          "lxconfig diff LXCONFIG.BIN NEW.BIN"},
         {"explain", "explain [NAME]", "where a setting is in the window and what it may hold", 0, 1,
-         OutputOption::None, kNoOption, explainCommand,
+         OutputOption::None, kList, explainCommand,
          "For the field with that field name, control name or caption: its page and caption,\n"
          "its items and their stored values, start value, range, place in the file, and the\n"
-         "form rules that lock or preset it. Without a name, every field, page by page.\n",
+         "form rules that lock or preset it. Without a name, every field, page by page. With\n"
+         "--list, the settings index: one line per setting with its page, caption, name and\n"
+         "items.\n",
          "lxconfig explain Baudrate"},
         {"resave", "resave FILE -o OUT", "write what the editor saves after loading FILE", 1, 1,
          OutputOption::Required, kBackup, resaveCommand,
@@ -59,12 +64,13 @@ const std::vector<Command> &commandTable()
          "nothing is written.\n",
          "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
         {"apply", "apply TEMPLATE FILE...", "set a JSON template's fields in each file", 2,
-         kAnyNumber, OutputOption::None, kFields | kBackup, applyCommand,
+         kAnyNumber, OutputOption::None, kFields | kBackup | kQuiet, applyCommand,
          "Sets the fields of a JSON form with all or only some keys (as export writes it) in\n"
          "each file, as set would: checked, locked, changed, the checksum mended, replaced\n"
-         "safely. One line per file; exit status 1 if any failed. --fields takes a comma-\n"
-         "separated list of shell patterns. A warning names the fields a form rule ties to a\n"
-         "field that the template sets without them.\n",
+         "safely. One line per file, then each setting that changed, old -> new (-q: nothing);\n"
+         "a file in which nothing changes is not rewritten. Exit status 1 if any failed.\n"
+         "--fields takes a comma-separated list of shell patterns. A warning names the fields\n"
+         "a form rule ties to a field that the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
          kAnyNumber, OutputOption::Optional, kBackup, reportCommand,
@@ -72,7 +78,8 @@ const std::vector<Command> &commandTable()
          "the editor's verdict, the eight pages of the window in tab order with the editor's\n"
          "captions and item texts, the values that differ from the untouched form marked, and\n"
          "what the editor would change. Exit status 1 when a file is not valid; an OUT that\n"
-         "is one of the FILEs is refused, so a sheet never replaces a camera's file.\n",
+         "is one of the FILEs is refused, so a sheet never replaces a camera's file. Without\n"
+         "-o on a terminal it refuses to print the HTML: name a file with -o, or pipe it.\n",
          "lxconfig report cam*/LXCONFIG.BIN -o settings.html"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,
@@ -107,6 +114,11 @@ std::vector<OptionInfo> optionsOf(const Command &command)
          "--backup[=KIND]",
          "keep the old file: simple, numbered or existing",
          {"--backup", "--backup=simple", "--backup=numbered", "--backup=existing"}},
+        {kQuiet,
+         "-q, --quiet",
+         "set, apply: no list of changes; check: print nothing",
+         {"-q", "--quiet"}},
+        {kList, "--list", "the settings index: page, caption, name, items", {"--list"}},
     };
     std::vector<OptionInfo> taken;
     if (command.output != OutputOption::None)

@@ -26,6 +26,8 @@ enum Accepts : unsigned
     kFormat = 1u << 2,
     kBackup = 1u << 3,
     kFields = 1u << 4,
+    kQuiet = 1u << 5,
+    kList = 1u << 6,
 };
 
 inline constexpr int kAnyNumber = -1;

@@ -6,10 +6,19 @@
 #include "htmlreport.h"
 #include "recordfile.h"
 
+#include <unistd.h>
+
 namespace lxconfig {
 
 int reportCommand(const Invocation &invocation, Output &output)
 {
+    // Some 14 KB of markup on a terminal help nobody; "-o -" still asks for it on purpose.
+    if (invocation.outputPath.empty() && ::isatty(STDOUT_FILENO)) {
+        output.usageError("standard output: is a terminal, and the sheet is HTML; write it with "
+                          "-o FILE.html, or pipe it",
+                          "report");
+        return kExitError;
+    }
     if (refuseOutputOverInput(invocation, "to report", output))
         return kExitFailure;
     std::vector<ReportedFile> files;

@@ -6,6 +6,7 @@
 #include "assignment.h"
 #include "commandfiles.h"
 #include "commands.h"
+#include "recordchange.h"
 #include "recordfile.h"
 
 namespace lxconfig {
@@ -32,9 +33,11 @@ int setCommand(const Invocation &invocation, Output &output)
 {
     const std::string &path = invocation.arguments.at(0);
     OutputFile file;
-    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
+    InputBytes read;
+    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output, &read);
     if (!record)
         return kExitFailure;
+    const lumarex::ConfigRecord before = *record;
     for (auto it = invocation.arguments.begin() + 1; it != invocation.arguments.end(); ++it) {
         if (const std::optional<std::string> problem = applyAssignment(*record, *it)) {
             output.error(path + ": " + *problem);
@@ -48,8 +51,12 @@ int setCommand(const Invocation &invocation, Output &output)
         }
     }
     record->setValue(lumarex::Field::crc, record->computedChecksum());
-    return report(file.replace(recordBytes(*record), invocation.backup), output) ? kExitSuccess
-                                                                                 : kExitFailure;
+    const std::size_t given = invocation.arguments.size() - 1;
+    return finishChange(path, file, read, before, *record,
+                        std::to_string(given) + (given == 1 ? " value set" : " values set"),
+                        invocation, output)
+               ? kExitSuccess
+               : kExitFailure;
 }
 
 } // namespace lxconfig

@@ -396,4 +396,71 @@ std::vector<PageOfFields> fieldsByPage()
     return pages;
 }
 
+namespace {
+
+// What a control may hold, on one line.
+std::string holdsText(const FieldInfo &info, const ControlFacts &facts)
+{
+    if (facts.className == "QCheckBox")
+        return "0 unchecked, 1 checked";
+    if (facts.itemCount == 0)
+        return rangeText(facts);
+    const Stored stored = formFieldOf(info.field)->stored;
+    std::string text;
+    for (int i = 0; i < facts.itemCount; ++i) {
+        std::string value = itemValue(stored, facts, i);
+        if (value.compare(0, 5, "code ") == 0)
+            value.erase(0, 5);
+        if (stored == Stored::ItemNumber)
+            text += (i == 0 ? "" : ", ") + value;
+        else
+            text += (i == 0 ? "" : ", ") + value + " " + quoted(facts.item(i));
+    }
+    return text;
+}
+
+std::string padded(std::string text, std::size_t width)
+{
+    text.resize(std::max(text.size(), width), ' ');
+    return text;
+}
+
+} // namespace
+
+std::vector<std::string> settingsIndex()
+{
+    struct Row
+    {
+        std::string page, caption, name, holds;
+    };
+    std::vector<Row> rows;
+    for (const PageOfFields &page : fieldsByPage()) {
+        if (page.index < 0)
+            continue;
+        for (const FieldInfo *info : page.fields) {
+            const ControlFacts &facts = *controlOfField(*info);
+            std::string_view caption = facts.caption;
+            while (!caption.empty() && (caption.back() == ' ' || caption.back() == ':'))
+                caption.remove_suffix(1);
+            rows.push_back(
+                {std::string(page.page), quoted(caption), info->name, holdsText(*info, facts)});
+        }
+    }
+    std::size_t pageWidth = 4, captionWidth = 7, nameWidth = 4;
+    for (const Row &row : rows) {
+        pageWidth = std::max(pageWidth, row.page.size());
+        captionWidth = std::max(captionWidth, row.caption.size());
+        nameWidth = std::max(nameWidth, row.name.size());
+    }
+    std::vector<std::string> lines;
+    const auto line = [&](const Row &row) {
+        lines.push_back(padded(row.page, pageWidth + 2) + padded(row.caption, captionWidth + 2) +
+                        padded(row.name, nameWidth + 2) + row.holds);
+    };
+    line({"page", "caption", "name", "may hold (stored value and text)"});
+    for (const Row &row : rows)
+        line(row);
+    return lines;
+}
+
 } // namespace lumarex::roundtrip

@@ -16,7 +16,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 "$lxconfig" defaults -o one.bin
 "$lxconfig" defaults -o two.bin
-"$lxconfig" set two.bin esoHeating=1500 sbusZoom=17 gimbalRc=1
+"$lxconfig" set -q two.bin esoHeating=1500 sbusZoom=17 gimbalRc=1
 
 # print HTML PDF: the page as a browser prints it, without the browser's own header and footer.
 print() {

@@ -35,6 +35,9 @@ const QString kHelp = QStringLiteral(
     "                            (numbered); without KIND, as VERSION_CONTROL says\n"
     "  --format FORMAT           check, show, diff: text (the default) or json\n"
     "  --fields PATTERN          apply: only the template's fields that match\n"
+    "  -q, --quiet               set, apply: no list of changes; check: print nothing\n"
+    "  --list                    explain: the settings index\n"
+    "  --no-pager                never page the output on a terminal\n"
     "  -h, --help                show this help\n"
     "  --version                 show the version\n"
     "\n"
@@ -45,11 +48,14 @@ const QString kSetHelp = QStringLiteral(
     "Usage: lxconfig set FILE FIELD=VALUE...\n"
     "Changes fields of the file in place and mends the checksum; FIELD[i]=VALUE changes one\n"
     "element of an array field. A file that fails check is refused, and so is a change\n"
-    "the editor would then refuse, unless --force is given.\n"
+    "the editor would then refuse, unless --force is given. Prints a line for the file,\n"
+    "then each setting that changed, old -> new, as diff shows them (-q: nothing). A\n"
+    "file in which nothing changes is neither rewritten nor backed up.\n"
     "\n"
     "Options:\n"
     "  --force                   write a magic or format version the editor refuses\n"
     "  --backup[=KIND]           keep the old file: simple, numbered or existing\n"
+    "  -q, --quiet               set, apply: no list of changes; check: print nothing\n"
     "  -h, --help                show this help\n"
     "\n"
     "Example:\n"
@@ -57,9 +63,16 @@ const QString kSetHelp = QStringLiteral(
 
 const QString kTryHelp = QStringLiteral("Try 'lxconfig --help'.\n");
 
+// A usage error of a known command points at that command's page.
+QString tryHelp(const QString &command)
+{
+    return "Try 'lxconfig help " + command + "'.\n";
+}
+
 QString usage(const QString &synopsis)
 {
-    return QStringLiteral("lxconfig: usage: lxconfig ") + synopsis + '\n' + kTryHelp;
+    return QStringLiteral("lxconfig: usage: lxconfig ") + synopsis + '\n' +
+           tryHelp(synopsis.section(' ', 0, 0));
 }
 
 } // namespace
@@ -94,11 +107,13 @@ void TestCli::commandLine_data()
     QTest::newRow("unknown command") << QStringList{"frobnicate", "good.bin"} << 2 << ""
                                      << "lxconfig: unknown command \"frobnicate\"\n" + kTryHelp;
     QTest::newRow("unknown short option") << QStringList{"check", "-x", "good.bin"} << 2 << ""
-                                          << "lxconfig: Unknown option 'x'.\n" + kTryHelp;
-    QTest::newRow("unknown long option") << QStringList{"--colour", "show", "good.bin"} << 2 << ""
-                                         << "lxconfig: Unknown option 'colour'.\n" + kTryHelp;
-    QTest::newRow("-o without a value") << QStringList{"export", "good.bin", "-o"} << 2 << ""
-                                        << "lxconfig: Missing value after '-o'.\n" + kTryHelp;
+                                          << "lxconfig: Unknown option 'x'.\n" + tryHelp("check");
+    QTest::newRow("unknown long option")
+        << QStringList{"--colour", "show", "good.bin"} << 2 << ""
+        << "lxconfig: Unknown option 'colour'.\n" + tryHelp("show");
+    QTest::newRow("-o without a value")
+        << QStringList{"export", "good.bin", "-o"} << 2 << ""
+        << "lxconfig: Missing value after '-o'.\n" + tryHelp("export");
     QTest::newRow("check without files")
         << QStringList{"check"} << 2 << "" << usage("check FILE...");
     QTest::newRow("check with -o")
@@ -120,11 +135,12 @@ void TestCli::commandLine_data()
         << QStringList{"set", "good.bin"} << 2 << "" << usage("set FILE FIELD=VALUE...");
     QTest::newRow("force with another command") << QStringList{"defaults", "--force", "-o", "x.bin"}
                                                 << 2 << "" << usage("defaults -o FILE");
-    QTest::newRow("empty output name") << QStringList{"defaults", "-o", ""} << 2 << ""
-                                       << "lxconfig: the output file name is empty\n" + kTryHelp;
+    QTest::newRow("empty output name")
+        << QStringList{"defaults", "-o", ""} << 2 << ""
+        << "lxconfig: the output file name is empty\n" + tryHelp("defaults");
     QTest::newRow("empty output name, export")
         << QStringList{"export", "good.bin", "--output="} << 2 << ""
-        << "lxconfig: the output file name is empty\n" + kTryHelp;
+        << "lxconfig: the output file name is empty\n" + tryHelp("export");
     QTest::newRow("set with -o") << QStringList{"set", "good.bin", "gimbalRc=1", "-o", "x.bin"} << 2
                                  << "" << usage("set FILE FIELD=VALUE...");
     QTest::newRow("diff without files") << QStringList{"diff"} << 2 << "" << usage("diff A [B]");
@@ -137,18 +153,26 @@ void TestCli::commandLine_data()
         << QStringList{"check", "--backup", "good.bin"} << 2 << "" << usage("check FILE...");
     QTest::newRow("unknown backup kind")
         << QStringList{"defaults", "--backup=always", "-o", "x.bin"} << 2 << ""
-        << "lxconfig: Unknown backup kind 'always' (simple, numbered or existing).\n" + kTryHelp;
+        << "lxconfig: Unknown backup kind 'always' (simple, numbered or existing).\n" +
+               tryHelp("defaults");
     QTest::newRow("backup kind as a separate word")
         << QStringList{"defaults", "--backup", "simple", "-o", "x.bin"} << 2 << ""
         << usage("defaults -o FILE");
     QTest::newRow("unknown format")
         << QStringList{"check", "--format", "xml", "good.bin"} << 2 << ""
-        << "lxconfig: Unknown format 'xml' (text or json).\n" + kTryHelp;
+        << "lxconfig: Unknown format 'xml' (text or json).\n" + tryHelp("check");
     QTest::newRow("format without a value")
         << QStringList{"check", "good.bin", "--format"} << 2 << ""
-        << "lxconfig: Missing value after '--format'.\n" + kTryHelp;
+        << "lxconfig: Missing value after '--format'.\n" + tryHelp("check");
     QTest::newRow("explain with two names")
         << QStringList{"explain", "GPS", "Baudrate"} << 2 << "" << usage("explain [NAME]");
+    QTest::newRow("quiet with another command")
+        << QStringList{"show", "-q", "good.bin"} << 2 << "" << usage("show FILE");
+    QTest::newRow("list with another command")
+        << QStringList{"show", "--list", "good.bin"} << 2 << "" << usage("show FILE");
+    QTest::newRow("explain --list with a name")
+        << QStringList{"explain", "--list", "GPS"} << 2 << ""
+        << "lxconfig: --list takes no name\n" + tryHelp("explain");
     QTest::newRow("resave without -o")
         << QStringList{"resave", "good.bin"} << 2 << "" << usage("resave FILE -o OUT");
     QTest::newRow("resave without a file")

@@ -53,7 +53,7 @@ private:
 void TestEditorPrediction::init()
 {
     QCOMPARE(m_workspace.run({"defaults", "-o", "hazards.bin"}).exitCode, 0);
-    QCOMPARE(m_workspace.run(QStringList{"set", "hazards.bin"} + kHazards).exitCode, 0);
+    QCOMPARE(m_workspace.run(QStringList{"set", "-q", "hazards.bin"} + kHazards).exitCode, 0);
 }
 
 void TestEditorPrediction::strictFindsEachHazard()
@@ -168,7 +168,12 @@ void TestEditorPrediction::hazardsFixedWithSet()
     // The example session of the documentation: the three values set to ones the window holds.
     COMPARE_RUN(m_workspace.run({"set", "hazards.bin", "serialBaudrate=115200", "esoHeating=1000",
                                  "sbusZoom=16"}),
-                0, "", "");
+                0,
+                "hazards.bin: 3 values set, 3 changed\n"
+                "  esoHeating: 1500 -> 1000\n"
+                "  sbusZoom: 17 (no item) -> 16 \"Deactivated\"\n"
+                "  serialBaudrate: 100000 (no item) -> 115200 \"115200\"\n",
+                "");
     COMPARE_RUN(m_workspace.run({"check", "--strict", "hazards.bin"}), 0, "hazards.bin: valid\n",
                 "");
     COMPARE_RUN(m_workspace.run({"resave", "hazards.bin", "-o", "resaved.bin"}), 0, "", "");
