@@ -419,9 +419,19 @@ std::string holdsText(const FieldInfo &info, const ControlFacts &facts)
     return text;
 }
 
+// Characters, not bytes: a caption may hold a degree sign.
+std::size_t columns(std::string_view text)
+{
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+}
+
 std::string padded(std::string text, std::size_t width)
 {
-    text.resize(std::max(text.size(), width), ' ');
+    const std::size_t used = columns(text);
+    if (used < width)
+        text.append(width - used, ' ');
     return text;
 }
 
@@ -448,9 +458,9 @@ std::vector<std::string> settingsIndex()
     }
     std::size_t pageWidth = 4, captionWidth = 7, nameWidth = 4;
     for (const Row &row : rows) {
-        pageWidth = std::max(pageWidth, row.page.size());
-        captionWidth = std::max(captionWidth, row.caption.size());
-        nameWidth = std::max(nameWidth, row.name.size());
+        pageWidth = std::max(pageWidth, columns(row.page));
+        captionWidth = std::max(captionWidth, columns(row.caption));
+        nameWidth = std::max(nameWidth, columns(row.name));
     }
     std::vector<std::string> lines;
     const auto line = [&](const Row &row) {
