@@ -1,7 +1,9 @@
 #pragma once
 
-// Where two records differ, element by element in file order, and how diff, set and apply
-// name such a difference: "triggerLow[4]: 700 -> 688", each value as show prints it.
+// Where two records differ, element by element in file order, and how set and apply name such
+// a difference: "triggerLow[4]: 700 -> 688", each value as show prints it, as diff prints it.
+// diff keeps its own loop: moving it here let the compiler spell "element" as two immediates,
+// one of which Debian's lintian reads as a misspelt word in the binary.
 
 #include "configrecord.h"
 
