@@ -26,7 +26,7 @@ void TestLxconfigFiles::setKeepsMode()
     QFETCH(QString, mode);
     const Workspace workspace;
     const ShellResult result = runShell(
-        workspace, QStringLiteral("chmod %1 good.bin && \"$LX\" set good.bin gpsReceiver=1 && "
+        workspace, QStringLiteral("chmod %1 good.bin && \"$LX\" set -q good.bin gpsReceiver=1 && "
                                   "stat -c %a good.bin")
                        .arg(mode));
     if (geteuid() != 0 && mode == "444")
@@ -44,7 +44,7 @@ void TestLxconfigFiles::setKeepsOwner()
     const Workspace workspace;
     const ShellResult result =
         runShell(workspace, "chown 1234:5678 good.bin && chmod 6755 good.bin && "
-                            "\"$LX\" set good.bin gpsReceiver=1 && stat -c '%u:%g %a' good.bin");
+                            "\"$LX\" set -q good.bin gpsReceiver=1 && stat -c '%u:%g %a' good.bin");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, QByteArray("1234:5678 6755\n"));
 }
@@ -54,7 +54,7 @@ void TestLxconfigFiles::setBreaksHardLink()
     // The file is replaced, not written in place: the other name keeps the old record.
     const Workspace workspace;
     const ShellResult result =
-        runShell(workspace, "ln good.bin other.bin && \"$LX\" set good.bin gpsReceiver=1 && "
+        runShell(workspace, "ln good.bin other.bin && \"$LX\" set -q good.bin gpsReceiver=1 && "
                             "stat -c %h good.bin other.bin");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, QByteArray("1\n1\n"));
@@ -73,7 +73,8 @@ void TestLxconfigFiles::concurrentSets()
         "isothermLower=16", "sbusOverlay=3",  "esoOpt5=4",         "serialStopBits=2"};
     const Workspace workspace;
     workspace.write("expected.bin", kDefaultBytes);
-    COMPARE_RUN(workspace.run(QStringList{"set", "--raw", "expected.bin"} + changes), 0, "", "");
+    COMPARE_RUN(workspace.run(QStringList{"set", "-q", "--raw", "expected.bin"} + changes), 0, "",
+                "");
     const QByteArray expected = workspace.read("expected.bin");
     for (int round = 0; round < 5; ++round) {
         workspace.write("shared.bin", kDefaultBytes);
