@@ -190,7 +190,8 @@ int reportCommand(const Invocation &invocation, Output &output)
         return kExitFailure;
     options.dateLine = dateLine(false);
     SheetWriter writer(invocation, options, output);
-    if (invocation.outputPath.empty()) {
+    // "-o -" as without -o, so that a failure names "standard output" as every command does.
+    if (invocation.outputPath.empty() || invocation.outputPath == kStandardStream) {
         writer.write([&output](const std::string &piece) {
             output.out(piece);
             return 0;

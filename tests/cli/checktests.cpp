@@ -125,7 +125,7 @@ void TestCli::checkQuiet()
     QFETCH(int, exitCode);
     const Workspace workspace;
     workspace.write("hazards.bin", workspace.read("good.bin"));
-    QCOMPARE(workspace.run({"set", "-q", "hazards.bin", "esoHeating=1500"}).exitCode, 0);
+    QCOMPARE(workspace.run({"set", "-q", "--raw", "hazards.bin", "esoHeating=1500"}).exitCode, 0);
     COMPARE_RUN(workspace.run(QStringList{"check", "-q"} + files), exitCode, "", "");
     COMPARE_RUN(workspace.run(QStringList{"check", "--quiet"} + files), exitCode, "", "");
 }

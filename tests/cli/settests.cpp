@@ -146,7 +146,7 @@ void TestCli::setQuiet()
     COMPARE_RUN(workspace.run({"set", "long.bin", "--quiet", "gpsReceiver=0"}), 0, "",
                 "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n");
     COMPARE_RUN(workspace.run({"diff", "good.bin", "long.bin"}), 0, "", "");
-    COMPARE_RUN(workspace.run({"set", "-q", "good.bin", "gpsReceiver=7000"}), 1, "",
+    COMPARE_RUN(workspace.run({"set", "-q", "--raw", "good.bin", "gpsReceiver=7000"}), 1, "",
                 "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
 }
 

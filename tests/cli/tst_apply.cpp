@@ -224,7 +224,7 @@ void TestApply::backups()
 void TestApply::quiet()
 {
     m_workspace.write("t.json", R"({"esoHeating": 500})");
-    COMPARE_RUN(m_workspace.run({"apply", "-q", "t.json", "cam1.bin", "magic.bin"}), 1, "",
+    COMPARE_RUN(m_workspace.run({"apply", "-q", "--raw", "t.json", "cam1.bin", "magic.bin"}), 1, "",
                 "lxconfig: magic.bin: bad magic \"XONF\" (expected \"CONF\")\n");
     const RunResult diff = m_workspace.run({"diff", "cam1.bin"});
     QVERIFY2(diff.out.startsWith("esoHeating: 500 -> 800\n"), qPrintable(diff.out));
