@@ -1,7 +1,7 @@
 // lxconfig apply [--fields PATTERN] TEMPLATE.json FILE...: the fields a JSON template holds,
 // set in each file as set would set them (as the window does, or with --raw as given): locked,
-// read, changed, the checksum mended and the file replaced safely. One line per file; a file that
-// fails leaves the others to be done.
+// read, changed, the checksum mended and the file replaced safely. A line per file and its
+// changes, as set prints them (recordchange.h); a file that fails leaves the others to be done.
 
 #include "commandfiles.h"
 #include "commands.h"
