@@ -15,7 +15,7 @@ trap 'rm -rf "$work"' EXIT
 # the window cannot hold, in the folder of its camera. The date is fixed, so the picture is too.
 mkdir "$work/cam1"
 "$lxconfig" defaults -o "$work/cam1/LXCONFIG.BIN"
-"$lxconfig" set --raw "$work/cam1/LXCONFIG.BIN" gpsReceiver=0 serialBaudrate=100000 esoHeating=1500 \
+"$lxconfig" set -q --raw "$work/cam1/LXCONFIG.BIN" gpsReceiver=0 serialBaudrate=100000 esoHeating=1500 \
     sbusZoom=17
 (cd "$work" && SOURCE_DATE_EPOCH=1795392000 "$lxconfig" report cam1/LXCONFIG.BIN \
     --pdf report.pdf) || true # the file has findings

@@ -1,7 +1,7 @@
 // lxconfig apply [--fields PATTERN] TEMPLATE.json FILE...: the fields a JSON template holds,
 // set in each file as set would set them (as the window does, or with --raw as given): locked,
-// read, changed, the checksum mended and the file replaced safely. One line per file; a file that
-// fails leaves the others to be done.
+// read, changed, the checksum mended and the file replaced safely. A line per file and its
+// changes, as set prints them (recordchange.h); a file that fails leaves the others to be done.
 
 #include "commandfiles.h"
 #include "commands.h"
@@ -9,6 +9,7 @@
 #include "formfields.h"
 #include "jsonform.h"
 #include "jsonsyntax.h"
+#include "recordchange.h"
 #include "recordfile.h"
 #include "ruleties.h"
 #include "settingname.h"
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <fnmatch.h>
+#include <map>
 
 namespace lxconfig {
 
@@ -160,23 +162,21 @@ bool applyTo(const std::string &path, const JsonValue &form, const Invocation &i
              Output &output)
 {
     OutputFile file;
-    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
+    InputBytes read;
+    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output, &read);
     if (!record)
         return false;
     const lumarex::ConfigRecord before = *record;
-    std::vector<std::string> ruleChanges;
+    std::map<lumarex::Field, std::string> ruleChanged;
     if (invocation.raw) {
         setFieldsFromJson(form, *record); // checked when the template was read
     } else {
         std::vector<std::string> assignments;
         std::optional<std::string> problem = assignmentsOf(form, *record, assignments);
         if (!problem) {
-            const WindowEditResult edit = editAsWindow(*record, assignments, invocation.force);
+            WindowEditResult edit = editAsWindow(*record, assignments, invocation.force);
             problem = edit.problem;
-            for (const std::string &change : edit.ruleChanges) {
-                if (!form.contains(change.substr(0, change.find(' '))))
-                    ruleChanges.push_back(change);
-            }
+            ruleChanged = std::move(edit.ruleChanged);
         }
         if (problem) {
             output.error(path + ": " + *problem);
@@ -188,26 +188,11 @@ bool applyTo(const std::string &path, const JsonValue &form, const Invocation &i
         output.error(path + ": the template would make a file the editor refuses: " + *problem);
         return false;
     }
-    int changed = 0;
-    for (const auto &member : form.items()) {
-        const lumarex::FieldInfo &info = lumarex::fieldInfo(*lumarex::fieldByName(member.key()));
-        const auto first = info.offset;
-        changed +=
-            !std::equal(before.bytes().begin() + first, before.bytes().begin() + first + info.width,
-                        record->bytes().begin() + first);
-    }
-    if (!report(file.replace(recordBytes(*record), invocation.backup), output))
-        return false;
     const std::size_t applied = form.size();
-    output.out(path + ": " + std::to_string(applied) + (applied == 1 ? " field" : " fields") +
-               " applied, " + std::to_string(changed) + " changed\n");
-    if (!ruleChanges.empty()) {
-        std::string line = path + ": the window's rules also changed ";
-        for (std::size_t i = 0; i < ruleChanges.size(); ++i)
-            line += (i > 0 ? ", " : "") + ruleChanges[i];
-        output.out(line + "\n");
-    }
-    return true;
+    return finishChange(path, file, read, before, *record,
+                        std::to_string(applied) +
+                            (applied == 1 ? " field applied" : " fields applied"),
+                        ruleChanged, invocation, output);
 }
 
 } // namespace

@@ -30,6 +30,8 @@ int checkCommand(const Invocation &invocation, Output &output)
         if (!findings.empty())
             status = kExitFailure;
 
+        if (invocation.quiet)
+            continue; // the exit status alone answers
         if (json) {
             OrderedJson entry = checkEntry(path,
                                            failure   ? "unreadable"
@@ -50,7 +52,7 @@ int checkCommand(const Invocation &invocation, Output &output)
         if (sizeNote)
             output.warning(path + ": " + *sizeNote);
     }
-    if (json)
+    if (json && !invocation.quiet)
         output.out(jsonText(entries));
     return status;
 }

@@ -40,9 +40,10 @@ std::optional<lumarex::ConfigRecord> readInputFile(const std::string &path, Chec
 }
 
 std::optional<lumarex::ConfigRecord> readForChange(const std::string &path, OutputFile &file,
-                                                   Output &output)
+                                                   Output &output, InputBytes *read)
 {
-    InputBytes bytes;
+    InputBytes own;
+    InputBytes &bytes = read ? *read : own;
     std::optional<Failure> failure = file.openExisting(path);
     if (!failure)
         failure = file.read(kEditorReadSize, bytes);

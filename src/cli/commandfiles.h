@@ -28,8 +28,9 @@ std::optional<lumarex::ConfigRecord> checkedRecord(const std::string &path, cons
 
 // A file that is read, changed and replaced in place (set, apply): opened and locked until file
 // is destroyed, read, and required to pass the editor's checks. Nothing after an error line.
+// The bytes read are kept in read, when given.
 std::optional<lumarex::ConfigRecord> readForChange(const std::string &path, OutputFile &file,
-                                                   Output &output);
+                                                   Output &output, InputBytes *read = nullptr);
 
 // True, after an error line, when -o names (under any name, through links too) a regular file
 // that is one of the command's inputs, standard input ("-") included: writing a sheet or a form

@@ -4,6 +4,7 @@
 #include "commandtable.h"
 #include "completion.h"
 #include "helptext.h"
+#include "pager.h"
 #include "settingname.h"
 
 #include <algorithm>
@@ -29,7 +30,8 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
         given(invocation.backup != Backup::None, kBackup) ||
         given(!invocation.fieldsPattern.empty(), kFields) ||
         given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
-              kSheet))
+              kSheet) ||
+        given(invocation.quiet, kQuiet) || given(invocation.list, kList))
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -56,6 +58,9 @@ struct ParsedLine
     bool force = false;
     bool raw = false;
     bool strict = false;
+    bool quiet = false;
+    bool list = false;
+    bool noPager = false;
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern;
@@ -74,7 +79,8 @@ struct ParsedLine
             return "Unknown option '" + unknown.front() + "'." +
                    didYouMean("--" + unknown.front(),
                               {"--help", "--version", "--force", "--raw", "--strict", "--format",
-                               "--fields", "--backup", "--output"});
+                               "--fields", "--backup", "--output", "--quiet", "--list",
+                               "--no-pager"});
         if (unknown.empty())
             return std::nullopt;
         std::string names;
@@ -133,6 +139,12 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.strict = true;
         else if (name == "raw")
             line.raw = true;
+        else if (name == "q" || name == "quiet")
+            line.quiet = true;
+        else if (name == "list")
+            line.list = true;
+        else if (name == "no-pager")
+            line.noPager = true;
         else
             return false;
         return true;
@@ -216,6 +228,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
                 }
                 if (name == "h")
                     askHelp();
+                else if (name == "q")
+                    line.quiet = true;
                 else
                     line.unknown.push_back(name);
             }
@@ -231,7 +245,9 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
         return listCompletions({arguments.begin() + 1, arguments.end()}, output);
     const ParsedLine line = parseLine(arguments);
     if (const std::optional<std::string> error = line.errorText()) {
-        output.usageError(*error);
+        const Command *command =
+            line.positional.empty() ? nullptr : findCommand(line.positional.front());
+        output.usageError(*error, command ? command->name : "");
         return kExitError;
     }
     if (line.help) {
@@ -267,6 +283,8 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.force = line.force;
     invocation.strict = line.strict;
     invocation.raw = line.raw;
+    invocation.quiet = line.quiet;
+    invocation.list = line.list;
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;
@@ -274,13 +292,15 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.title = line.title;
     invocation.paper = line.paper;
     if (!fits(*command, invocation, line.outputPath.has_value())) {
-        output.usageError(std::string("usage: lxconfig ") + command->synopsis);
+        output.usageError(std::string("usage: lxconfig ") + command->synopsis, command->name);
         return kExitError;
     }
     if (line.outputPath && line.outputPath->empty()) {
-        output.usageError("the output file name is empty");
+        output.usageError("the output file name is empty", command->name);
         return kExitError;
     }
+    if (!line.noPager && commandPages(*command))
+        startPager();
     return command->run(invocation, output);
 }
 
@@ -290,7 +310,9 @@ int run(const std::vector<std::string> &arguments, Output &output)
 {
     bool isDiff = false;
     const int status = runCommand(arguments, output, isDiff);
-    if (output.finish())
+    const bool written = output.finish();
+    waitForPager();
+    if (written)
         return status;
     // As coreutils do: what could not be written is a failure, for diff a trouble.
     return isDiff ? kExitError : std::max(status, kExitFailure);

@@ -30,6 +30,8 @@ struct Invocation
     bool force = false;  // set may write a magic or format version the editor refuses
     bool raw = false;    // set, apply: the bytes as given, no form rules
     bool strict = false; // check: also what the editor's load and save would change
+    bool quiet = false;  // set, apply: no report of the changes; check: the exit status alone
+    bool list = false;   // explain: the settings index
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern; // apply: only the template's fields that match, empty: all

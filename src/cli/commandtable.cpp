@@ -8,11 +8,12 @@ const std::vector<Command> &commandTable()
 {
     static const std::vector<Command> table = {
         {"check", "check FILE...", "tell whether each file loads in the editor", 1, kAnyNumber,
-         OutputOption::None, kStrict | kFormat, checkCommand,
+         OutputOption::None, kStrict | kFormat | kQuiet, checkCommand,
          "For each file one line: \"valid\", or the first check of the editor's load that the\n"
          "file fails (open, read, magic, format version, checksum). With --strict, after a file\n"
          "the editor loads, one line per value that its load and an immediate save would not\n"
-         "keep, with the reason. Exit status 1 when a file is not valid or has such a value.\n",
+         "keep, with the reason. Exit status 1 when a file is not valid or has such a value.\n"
+         "With -q nothing is printed: the exit status alone answers.\n",
          "lxconfig check --strict LXCONFIG.BIN"},
         {"show", "show FILE", "list every field with its offset and value", 1, 1,
          OutputOption::None, kFormat, showCommand,
@@ -35,7 +36,7 @@ const std::vector<Command> &commandTable()
          "Writes the exact bytes the editor saves from its untouched form.\n",
          "lxconfig defaults -o LXCONFIG.BIN"},
         {"set", "set FILE SETTING=VALUE...", "change settings as the window does", 2, kAnyNumber,
-         OutputOption::None, kForce | kBackup | kRaw, setCommand,
+         OutputOption::None, kForce | kBackup | kRaw | kQuiet, setCommand,
          "Changes settings of the file as an operator changes them in the window, in the order\n"
          "given, the form's rules included, and mends the checksum. SETTING is a field name in\n"
          "any letter case or the caption the window shows (PAGE:CAPTION where one repeats);\n"
@@ -44,7 +45,9 @@ const std::vector<Command> &commandTable()
          "holds the value; a value the window cannot hold is refused unless --force is given.\n"
          "--raw writes the stored numbers as given, without rules (FIELD[i]=VALUE one element);\n"
          "with --raw, --force also writes a magic or format version the editor refuses.\n"
-         "A file that fails check is refused.\n",
+         "A file that fails check is refused. Prints a line for the file, then each setting\n"
+         "that changed, old -> new, as diff shows them, naming the rule that changed it\n"
+         "(-q: nothing). A file in which nothing changes is neither rewritten nor backed up.\n",
          "lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600"},
         {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
          OutputOption::None, kFormat, diffCommand,
@@ -53,10 +56,12 @@ const std::vector<Command> &commandTable()
          "failure.\n",
          "lxconfig diff LXCONFIG.BIN NEW.BIN"},
         {"explain", "explain [NAME]", "where a setting is in the window and what it may hold", 0, 1,
-         OutputOption::None, kNoOption, explainCommand,
+         OutputOption::None, kList, explainCommand,
          "For the field with that field name, control name or caption: its page and caption,\n"
          "its items and their stored values, start value, range, place in the file, and the\n"
-         "form rules that lock or preset it. Without a name, every field, page by page.\n",
+         "form rules that lock or preset it. Without a name, every field, page by page. With\n"
+         "--list, the settings index: one line per setting with its page, caption, name and\n"
+         "items.\n",
          "lxconfig explain Baudrate"},
         {"resave", "resave FILE -o OUT", "write what the editor saves after loading FILE", 1, 1,
          OutputOption::Required, kBackup, resaveCommand,
@@ -65,14 +70,15 @@ const std::vector<Command> &commandTable()
          "nothing is written.\n",
          "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
         {"apply", "apply TEMPLATE FILE...", "set a JSON template's fields in each file", 2,
-         kAnyNumber, OutputOption::None, kFields | kBackup | kForce | kRaw, applyCommand,
+         kAnyNumber, OutputOption::None, kFields | kBackup | kForce | kRaw | kQuiet, applyCommand,
          "Sets the fields of a JSON form with all or only some keys (as export writes it) in\n"
          "each file, as set would: checked, locked, changed as the window changes them (the\n"
          "gimbal, GPS receiver, external shutter and trigger pin mode first), the checksum\n"
-         "mended, replaced safely. One line per file; exit status 1 if any failed. --fields\n"
-         "takes a comma-separated list of shell patterns. With --raw the stored numbers are\n"
-         "written as given, and a warning names the fields a form rule ties to a field that\n"
-         "the template sets without them.\n",
+         "mended, replaced safely. One line per file, then each setting that changed, old ->\n"
+         "new (-q: nothing); a file in which nothing changes is not rewritten. Exit status 1\n"
+         "if any failed. --fields takes a comma-separated list of shell patterns. With --raw\n"
+         "the stored numbers are written as given, and a warning names the fields a form rule\n"
+         "ties to a field that the template sets without them.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
          kAnyNumber, OutputOption::Optional, kBackup | kSheet, reportCommand,
@@ -84,7 +90,8 @@ const std::vector<Command> &commandTable()
          "name unless --title names it. --pdf prints the page to a PDF through a headless\n"
          "Chromium found on PATH (A4 unless --paper letter). Exit status 1 when a file is not\n"
          "valid; an OUT that is one of the FILEs is refused, so a sheet never replaces a\n"
-         "camera's file.\n",
+         "camera's file. Without -o or --pdf on a terminal it refuses to print the HTML: name\n"
+         "a file with -o, or pipe it.\n",
          "lxconfig report cam*/LXCONFIG.BIN --pdf settings.pdf"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,
@@ -126,6 +133,11 @@ std::vector<OptionInfo> optionsOf(const Command &command)
          "--backup[=KIND]",
          "keep the old file: simple, numbered or existing",
          {"--backup", "--backup=simple", "--backup=numbered", "--backup=existing"}},
+        {kQuiet,
+         "-q, --quiet",
+         "set, apply: no list of changes; check: print nothing",
+         {"-q", "--quiet"}},
+        {kList, "--list", "the settings index: page, caption, name, items", {"--list"}},
     };
     std::vector<OptionInfo> taken;
     if (command.output != OutputOption::None)

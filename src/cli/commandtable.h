@@ -28,6 +28,8 @@ enum Accepts : unsigned
     kFields = 1u << 4,
     kSheet = 1u << 5, // report's --pdf, --title and --paper
     kRaw = 1u << 6,
+    kQuiet = 1u << 7,
+    kList = 1u << 8,
 };
 
 inline constexpr int kAnyNumber = -1;

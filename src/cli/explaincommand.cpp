@@ -9,6 +9,15 @@ namespace lxconfig {
 
 int explainCommand(const Invocation &invocation, Output &output)
 {
+    if (invocation.list) {
+        if (!invocation.arguments.empty()) {
+            output.usageError("--list takes no name", "explain");
+            return kExitError;
+        }
+        for (const std::string &line : lumarex::roundtrip::settingsIndex())
+            output.out(line + '\n');
+        return kExitSuccess;
+    }
     lumarex::roundtrip::Explanation explanation =
         invocation.arguments.empty()
             ? lumarex::roundtrip::explain()

@@ -38,6 +38,10 @@ bool Output::flushOut()
 
 void Output::error(std::string_view text)
 {
+    // What the command has said so far goes first, so that a warning stands next to the result
+    // it belongs to, in a pipe as on a terminal, and both streams merged read in order.
+    if (!m_pending.empty())
+        flushOut();
     std::string line = "lxconfig: ";
     line.append(text);
     line += '\n';
@@ -45,10 +49,12 @@ void Output::error(std::string_view text)
     std::fflush(m_err);
 }
 
-void Output::usageError(std::string_view text)
+void Output::usageError(std::string_view text, std::string_view command)
 {
     error(text);
-    std::fputs("Try 'lxconfig --help'.\n", m_err);
+    const std::string help =
+        command.empty() ? std::string("--help") : "help " + std::string(command);
+    std::fputs(("Try 'lxconfig " + help + "'.\n").c_str(), m_err);
     std::fflush(m_err);
 }
 

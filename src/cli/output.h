@@ -21,8 +21,8 @@ public:
     void error(std::string_view text);
     // "lxconfig: warning: <text>" on standard error.
     void warning(std::string_view text);
-    // The error, then a pointer to the help.
-    void usageError(std::string_view text);
+    // The error, then a pointer to the command's help page, or without a command to the help.
+    void usageError(std::string_view text, std::string_view command = {});
 
     // Writes what standard output still holds; false, after an error line naming standard
     // output and the reason, when any of it could not be written.

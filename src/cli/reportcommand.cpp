@@ -173,18 +173,24 @@ int reportCommand(const Invocation &invocation, Output &output)
                                                    : Paper::Any;
     if (!invocation.pdfPath.empty()) {
         if (!invocation.outputPath.empty()) {
-            output.usageError("report writes a page (-o) or a PDF (--pdf), not both");
+            output.usageError("report writes a page (-o) or a PDF (--pdf), not both", "report");
             return kExitError;
         }
         options.dateLine = dateLine(true);
         return printReport(invocation, options, output);
     }
+    // Some 14 KB of markup on a terminal help nobody; "-o -" still asks for it on purpose.
+    if (invocation.outputPath.empty() && ::isatty(STDOUT_FILENO)) {
+        output.usageError("standard output: is a terminal, and the sheet is HTML; write it with "
+                          "-o FILE.html or print it with --pdf, or pipe it",
+                          "report");
+        return kExitError;
+    }
     if (refuseOutputOverInput(invocation, "to report", output))
         return kExitFailure;
     options.dateLine = dateLine(false);
     SheetWriter writer(invocation, options, output);
-    // "-" is standard output, written as without -o, so that a failure names "standard output"
-    // as every command does.
+    // "-o -" as without -o, so that a failure names "standard output" as every command does.
     if (invocation.outputPath.empty() || invocation.outputPath == kStandardStream) {
         writer.write([&output](const std::string &piece) {
             output.out(piece);

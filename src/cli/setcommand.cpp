@@ -7,8 +7,12 @@
 #include "assignment.h"
 #include "commandfiles.h"
 #include "commands.h"
+#include "recordchange.h"
 #include "recordfile.h"
 #include "windowedit.h"
+
+#include <map>
+#include <utility>
 
 namespace lxconfig {
 
@@ -34,23 +38,21 @@ int setCommand(const Invocation &invocation, Output &output)
 {
     const std::string &path = invocation.arguments.at(0);
     OutputFile file;
-    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output);
+    InputBytes read;
+    std::optional<lumarex::ConfigRecord> record = readForChange(path, file, output, &read);
     if (!record)
         return kExitFailure;
+    const lumarex::ConfigRecord before = *record;
+    std::map<lumarex::Field, std::string> ruleChanged;
     if (!invocation.raw) {
         const std::vector<std::string> assignments(invocation.arguments.begin() + 1,
                                                    invocation.arguments.end());
-        const WindowEditResult edit = editAsWindow(*record, assignments, invocation.force);
+        WindowEditResult edit = editAsWindow(*record, assignments, invocation.force);
         if (edit.problem) {
             output.error(path + ": " + *edit.problem);
             return kExitFailure;
         }
-        if (!edit.ruleChanges.empty()) {
-            std::string line = path + ": the window's rules also changed ";
-            for (std::size_t i = 0; i < edit.ruleChanges.size(); ++i)
-                line += (i > 0 ? ", " : "") + edit.ruleChanges[i];
-            output.out(line + "\n");
-        }
+        ruleChanged = std::move(edit.ruleChanged);
     }
     for (auto it = invocation.arguments.begin() + 1;
          invocation.raw && it != invocation.arguments.end(); ++it) {
@@ -66,8 +68,12 @@ int setCommand(const Invocation &invocation, Output &output)
         }
     }
     record->setValue(lumarex::Field::crc, record->computedChecksum());
-    return report(file.replace(recordBytes(*record), invocation.backup), output) ? kExitSuccess
-                                                                                 : kExitFailure;
+    const std::size_t given = invocation.arguments.size() - 1;
+    return finishChange(path, file, read, before, *record,
+                        std::to_string(given) + (given == 1 ? " value set" : " values set"),
+                        ruleChanged, invocation, output)
+               ? kExitSuccess
+               : kExitFailure;
 }
 
 } // namespace lxconfig

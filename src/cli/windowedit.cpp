@@ -154,7 +154,7 @@ std::string ruleOf(const EditorModel &model, Field field)
 {
     const FormField *pairing = lumarex::formFieldOf(field);
     const auto &origin = model.control(pairing->control).origin;
-    return origin.rule ? " (" + std::string(origin.rule->name) + ")" : std::string();
+    return origin.rule ? std::string(origin.rule->name) : std::string("the window's rules");
 }
 
 } // namespace
@@ -208,6 +208,7 @@ WindowEditResult editAsWindow(ConfigRecord &record, const std::vector<std::strin
         if (value.holdable && showsAlready(model, *pairing, *value.stored) &&
             !forced.count(field)) {
             written[field] = *value.stored;
+            result.ruleChanged.erase(field);
             continue; // the window shows it already: changing nothing is no error
         }
         if (const std::optional<ControlLock> lock = model.lockOf(pairing->control)) {
@@ -215,6 +216,7 @@ WindowEditResult editAsWindow(ConfigRecord &record, const std::vector<std::strin
             return result;
         }
         forced.erase(field);
+        result.ruleChanged.erase(field);
         if (!value.holdable) {
             forced[field] = *value.stored;
             continue;
@@ -228,9 +230,7 @@ WindowEditResult editAsWindow(ConfigRecord &record, const std::vector<std::strin
             const std::int64_t old = numberOf(before, other, 0);
             const std::int64_t now = numberOf(after, other, 0);
             if (old != now)
-                result.ruleChanges.push_back(
-                    std::string(other.name) + " " + shownValue(other.field, old) + " -> " +
-                    shownValue(other.field, now) + ruleOf(model, other.field));
+                result.ruleChanged[other.field] = ruleOf(model, other.field);
         }
     }
 
@@ -243,8 +243,10 @@ WindowEditResult editAsWindow(ConfigRecord &record, const std::vector<std::strin
         if (changed)
             setAllElements(record, info, numberOf(saved, info, 0));
     }
-    for (const auto &[field, stored] : forced)
+    for (const auto &[field, stored] : forced) {
         setAllElements(record, lumarex::fieldInfo(field), stored);
+        result.ruleChanged.erase(field);
+    }
     return result;
 }
 

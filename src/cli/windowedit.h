@@ -9,6 +9,7 @@
 
 #include "configrecord.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,8 +18,10 @@ namespace lxconfig {
 
 struct WindowEditResult
 {
-    std::optional<std::string> problem;   // "KEY: reason"; the record is then left as it was
-    std::vector<std::string> ruleChanges; // "serialBaudrate 38400 -> 115200 (GPS receiver rule)"
+    std::optional<std::string> problem; // "KEY: reason"; the record is then left as it was
+    // The settings a rule of the form changed after the operator last gave them (or that were
+    // not given), each with the rule that did: serialBaudrate -> "GPS receiver rule".
+    std::map<lumarex::Field, std::string> ruleChanged;
 };
 
 // Each assignment is NAME=VALUE in the window's words (settingname.h, settingvalue.h); force

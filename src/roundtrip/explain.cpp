@@ -396,4 +396,81 @@ std::vector<PageOfFields> fieldsByPage()
     return pages;
 }
 
+namespace {
+
+// What a control may hold, on one line.
+std::string holdsText(const FieldInfo &info, const ControlFacts &facts)
+{
+    if (facts.className == "QCheckBox")
+        return "0 unchecked, 1 checked";
+    if (facts.itemCount == 0)
+        return rangeText(facts);
+    const Stored stored = formFieldOf(info.field)->stored;
+    std::string text;
+    for (int i = 0; i < facts.itemCount; ++i) {
+        std::string value = itemValue(stored, facts, i);
+        if (value.compare(0, 5, "code ") == 0)
+            value.erase(0, 5);
+        if (stored == Stored::ItemNumber)
+            text += (i == 0 ? "" : ", ") + value;
+        else
+            text += (i == 0 ? "" : ", ") + value + " " + quoted(facts.item(i));
+    }
+    return text;
+}
+
+// Characters, not bytes: a caption may hold a degree sign.
+std::size_t columns(std::string_view text)
+{
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+}
+
+std::string padded(std::string text, std::size_t width)
+{
+    const std::size_t used = columns(text);
+    if (used < width)
+        text.append(width - used, ' ');
+    return text;
+}
+
+} // namespace
+
+std::vector<std::string> settingsIndex()
+{
+    struct Row
+    {
+        std::string page, caption, name, holds;
+    };
+    std::vector<Row> rows;
+    for (const PageOfFields &page : fieldsByPage()) {
+        if (page.index < 0)
+            continue;
+        for (const FieldInfo *info : page.fields) {
+            const ControlFacts &facts = *controlOfField(*info);
+            std::string_view caption = facts.caption;
+            while (!caption.empty() && (caption.back() == ' ' || caption.back() == ':'))
+                caption.remove_suffix(1);
+            rows.push_back(
+                {std::string(page.page), quoted(caption), info->name, holdsText(*info, facts)});
+        }
+    }
+    std::size_t pageWidth = 4, captionWidth = 7, nameWidth = 4;
+    for (const Row &row : rows) {
+        pageWidth = std::max(pageWidth, columns(row.page));
+        captionWidth = std::max(captionWidth, columns(row.caption));
+        nameWidth = std::max(nameWidth, columns(row.name));
+    }
+    std::vector<std::string> lines;
+    const auto line = [&](const Row &row) {
+        lines.push_back(padded(row.page, pageWidth + 2) + padded(row.caption, captionWidth + 2) +
+                        padded(row.name, nameWidth + 2) + row.holds);
+    };
+    line({"page", "caption", "name", "may hold (stored value and text)"});
+    for (const Row &row : rows)
+        line(row);
+    return lines;
+}
+
 } // namespace lumarex::roundtrip

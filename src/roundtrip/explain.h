@@ -34,4 +34,9 @@ struct PageOfFields
 };
 std::vector<PageOfFields> fieldsByPage();
 
+// The settings index: a heading line, then one line per field a control shows, in the order of
+// fieldsByPage(), with its page, caption, field name and what it may hold (a list's items with
+// their stored values, a check box's two states, a box's range), in aligned columns.
+std::vector<std::string> settingsIndex();
+
 } // namespace lumarex::roundtrip

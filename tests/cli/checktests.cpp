@@ -1,6 +1,7 @@
 // lxconfig check: the verdict of the editor's load checks, in the editor's order.
 
 #include "expected.h"
+#include "shellrun.h"
 #include "tst_cli.h"
 #include "workspace.h"
 
@@ -86,4 +87,45 @@ void TestCli::checkSeveralFiles()
     COMPARE_RUN(workspace.run({"check", "good.bin", "long.bin"}), 0,
                 "good.bin: valid\nlong.bin: valid\n",
                 "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n");
+}
+
+void TestCli::warningNextToItsFile()
+{
+    // Both streams into one pipe, as a script or a log sees them: each warning right after the
+    // line of its own file, not before all of them.
+    const Workspace workspace;
+    const ShellResult result = runShell(
+        workspace, "\"$LX\" check good.bin long.bin checksum.bin empty.bin good.bin 2>&1 | cat");
+    QCOMPARE(QString::fromUtf8(result.out),
+             QStringLiteral("good.bin: valid\n"
+                            "long.bin: valid\n"
+                            "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n"
+                            "checksum.bin: checksum stored 23154 computed 41000\n"
+                            "empty.bin: bad magic \"\\x00\\x00\\x00\\x00\" (expected \"CONF\")\n"
+                            "lxconfig: warning: empty.bin: 0 bytes (a record is 167)\n"
+                            "good.bin: valid\n"));
+}
+
+void TestCli::checkQuiet_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("valid") << QStringList{"good.bin"} << 0;
+    QTest::newRow("valid, with a size warning") << QStringList{"long.bin"} << 0;
+    QTest::newRow("refused") << QStringList{"good.bin", "magic.bin"} << 1;
+    QTest::newRow("unreadable") << QStringList{"missing.bin"} << 1;
+    QTest::newRow("strict, with findings") << QStringList{"--strict", "hazards.bin"} << 1;
+    QTest::newRow("json") << QStringList{"--format", "json", "good.bin"} << 0;
+}
+
+void TestCli::checkQuiet()
+{
+    // -q: the exit status alone answers; not a line on either stream.
+    QFETCH(QStringList, files);
+    QFETCH(int, exitCode);
+    const Workspace workspace;
+    workspace.write("hazards.bin", workspace.read("good.bin"));
+    QCOMPARE(workspace.run({"set", "-q", "--raw", "hazards.bin", "esoHeating=1500"}).exitCode, 0);
+    COMPARE_RUN(workspace.run(QStringList{"check", "-q"} + files), exitCode, "", "");
+    COMPARE_RUN(workspace.run(QStringList{"check", "--quiet"} + files), exitCode, "", "");
 }

@@ -37,12 +37,12 @@ void TestLxconfigFiles::setKeepsMode()
         QSKIP(qPrintable(card.why()));
     // A card keeps no mode bits (chmod fails or changes nothing): the file keeps the mode the
     // card gives every file.
-    const ShellResult result =
-        runShell(workspace,
-                 QStringLiteral("cp good.bin c/ && { chmod %1 c/good.bin 2>/dev/null; true; } && "
-                                "stat -c %a c/good.bin && \"$LX\" set c/good.bin gpsReceiver=1 && "
-                                "stat -c %a c/good.bin")
-                     .arg(mode));
+    const ShellResult result = runShell(
+        workspace,
+        QStringLiteral("cp good.bin c/ && { chmod %1 c/good.bin 2>/dev/null; true; } && "
+                       "stat -c %a c/good.bin && \"$LX\" set -q c/good.bin gpsReceiver=1 && "
+                       "stat -c %a c/good.bin")
+            .arg(mode));
     if (geteuid() != 0 && mode == "444")
         QSKIP("a read-only file is replaced only where its folder allows; checked as root");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
@@ -75,7 +75,7 @@ void TestLxconfigFiles::setKeepsOwner()
     const ShellResult result = runShell(
         workspace, "cp good.bin c/ && { chown 1234:5678 c/good.bin && chmod 6755 c/good.bin; } "
                    "2>/dev/null; stat -c '%u:%g %a' c/good.bin && "
-                   "\"$LX\" set c/good.bin gpsReceiver=1 && stat -c '%u:%g %a' c/good.bin");
+                   "\"$LX\" set -q c/good.bin gpsReceiver=1 && stat -c '%u:%g %a' c/good.bin");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     const QList<QByteArray> owners = result.out.trimmed().split('\n');
     QCOMPARE(owners.size(), 2);
@@ -89,7 +89,7 @@ void TestLxconfigFiles::setBreaksHardLink()
     // The file is replaced, not written in place: the other name keeps the old record.
     const Workspace workspace;
     const ShellResult result =
-        runShell(workspace, "ln good.bin other.bin && \"$LX\" set good.bin gpsReceiver=1 && "
+        runShell(workspace, "ln good.bin other.bin && \"$LX\" set -q good.bin gpsReceiver=1 && "
                             "stat -c %h good.bin other.bin");
     QCOMPARE(QString::fromLocal8Bit(result.err), QString());
     QCOMPARE(result.out, QByteArray("1\n1\n"));
@@ -125,7 +125,8 @@ void TestLxconfigFiles::concurrentSets()
     if (!card.ready())
         QSKIP(qPrintable(card.why()));
     workspace.write("expected.bin", kDefaultBytes);
-    COMPARE_RUN(workspace.run(QStringList{"set", "--raw", "expected.bin"} + changes), 0, "", "");
+    COMPARE_RUN(workspace.run(QStringList{"set", "-q", "--raw", "expected.bin"} + changes), 0, "",
+                "");
     const QByteArray expected = workspace.read("expected.bin");
     for (int round = 0; round < 5; ++round) {
         workspace.write("c/shared.bin", kDefaultBytes);

@@ -290,7 +290,7 @@ void TestLxconfigFiles::killedAtEveryStep()
             QVERIFY2(
                 signal == SIGKILL && entries.size() == 2 && entries.at(0).startsWith(".lxconfig-"),
                 qPrintable(QStringLiteral("call %1 left %2").arg(call).arg(entries.join(' '))));
-            COMPARE_RUN(workspace.run({"set", "k/target.bin", "gpsReceiver=1"}), 0, "", "");
+            COMPARE_RUN(workspace.run({"set", "-q", "k/target.bin", "gpsReceiver=1"}), 0, "", "");
             QCOMPARE(folderEntries(workspace, "k"), QStringList{"target.bin"});
         }
         if (!killed) {
@@ -340,7 +340,7 @@ void TestLxconfigFiles::failedCall()
         QSKIP("strace cannot trace here (install strace; ptrace may be forbidden)");
     workspace.write("old.bin", oldRecord());
     workspace.write("target.bin", oldRecord());
-    const QString command = "\"$LX\" set target.bin gpsReceiver=1";
+    const QString command = "\"$LX\" set -q target.bin gpsReceiver=1";
     QString injections = "-e inject=" + injection;
     if (namedTemporary) {
         // The unnamed temporary file refused, as on a filesystem without O_TMPFILE: the call

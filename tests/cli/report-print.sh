@@ -23,7 +23,7 @@ mkdir cam1 cam2
 # The widest values there are: the 20 trigger values all different, the longest numbers.
 triggers=()
 for ((i = 0; i < 20; ++i)); do triggers+=("triggerLow[$i]=$((1001 + i * 47))"); done
-"$lxconfig" set --raw cam2/LXCONFIG.BIN esoHeating=1500 sbusZoom=17 gimbalRc=1 \
+"$lxconfig" set -q --raw cam2/LXCONFIG.BIN esoHeating=1500 sbusZoom=17 gimbalRc=1 \
     esoOffset=-2147483648 fixed134=4294967295 serialBaudrate=4294967295 "${triggers[@]}"
 today=$(date +%Y-%m-%d)
 failed=0

@@ -4,7 +4,9 @@
 #include "tst_cli.h"
 #include "workspace.h"
 
+#include <QFile>
 #include <QTest>
+#include <sys/stat.h>
 
 namespace {
 
@@ -27,44 +29,100 @@ void TestCli::set_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QStringList>("changes");
     QTest::addColumn<QByteArray>("expected");
+    QTest::addColumn<QString>("out");
     QTest::addColumn<QString>("err");
 
+    // Every trigger slot: one line per element that changed.
+    QString everySlot = "good.bin: 1 value set, 1 changed\n";
+    for (int slot = 0; slot < 20; ++slot)
+        everySlot += QStringLiteral("  triggerLow[%1]: 688 -> 700\n").arg(slot);
+
     QTest::newRow("one field") << "good.bin" << QStringList{"gpsReceiver=0"}
-                               << defaultsWith({{112, "00"}}, 60521) << "";
+                               << defaultsWith({{112, "00"}}, 60521)
+                               << "good.bin: 1 value set, 1 changed\n"
+                                  "  gpsReceiver: 2 \"Lumarex GPS Receiver - based on u-blox 8 "
+                                  "Multi GNSS UBX-M8030-KT chipset\" -> 0 \"Custom settings\"\n"
+                               << "";
     QTest::newRow("every trigger slot")
         << "good.bin" << QStringList{"triggerLow=700"}
         << defaultsWith({{12, "BC02BC02BC02BC02BC02BC02BC02BC02BC02BC02"
                               "BC02BC02BC02BC02BC02BC02BC02BC02BC02BC02"}},
                         51122)
+        << everySlot << "";
+    QTest::newRow("one trigger slot")
+        << "good.bin" << QStringList{"triggerLow[3]=700"} << defaultsWith({{18, "BC02"}}, 55728)
+        << "good.bin: 1 value set, 1 changed\n"
+           "  triggerLow[3]: 688 -> 700\n"
         << "";
-    QTest::newRow("one trigger slot") << "good.bin" << QStringList{"triggerLow[3]=700"}
-                                      << defaultsWith({{18, "BC02"}}, 55728) << "";
-    QTest::newRow("last trigger slot") << "good.bin" << QStringList{"triggerHigh[19]=2047"}
-                                       << defaultsWith({{90, "FF07"}}, 53935) << "";
+    QTest::newRow("last trigger slot")
+        << "good.bin" << QStringList{"triggerHigh[19]=2047"} << defaultsWith({{90, "FF07"}}, 53935)
+        << "good.bin: 1 value set, 1 changed\n"
+           "  triggerHigh[19]: 1366 -> 2047\n"
+        << "";
     QTest::newRow("negative") << "good.bin" << QStringList{"esoOffset=-125"}
-                              << defaultsWith({{122, "83FFFFFF"}}, 28950) << "";
+                              << defaultsWith({{122, "83FFFFFF"}}, 28950)
+                              << "good.bin: 1 value set, 1 changed\n"
+                                 "  esoOffset: 0 (shown as 0.00) -> -125 (shown as 10.00)\n"
+                              << "";
     QTest::newRow("largest u32") << "good.bin" << QStringList{"frameSkip=4294967295"}
-                                 << defaultsWith({{94, "FFFFFFFF"}}, 23166) << "";
+                                 << defaultsWith({{94, "FFFFFFFF"}}, 23166)
+                                 << "good.bin: 1 value set, 1 changed\n"
+                                    "  frameSkip: 0 -> 4294967295\n"
+                                 << "";
     // The editor would refuse either: only with --force.
     QTest::newRow("magic") << "good.bin" << QStringList{"--force", "magic=ABCD"}
-                           << defaultsWith({{0, "41424344"}}, 19460) << "";
+                           << defaultsWith({{0, "41424344"}}, 19460)
+                           << "good.bin: 1 value set, 1 changed\n"
+                              "  magic: \"CONF\" -> \"ABCD\"\n"
+                           << "";
     QTest::newRow("version") << "good.bin" << QStringList{"headerVersion=20180602", "--force"}
-                             << defaultsWith({{8, "7AEE3301"}}, 55130) << "";
+                             << defaultsWith({{8, "7AEE3301"}}, 55130)
+                             << "good.bin: 1 value set, 1 changed\n"
+                                "  headerVersion: 20180601 -> 20180602\n"
+                             << "";
     QTest::newRow("magic as it was")
-        << "good.bin" << QStringList{"magic=CONF"} << kDefaultBytes << "";
+        << "good.bin" << QStringList{"magic=CONF"} << kDefaultBytes
+        << "good.bin: 1 value set, 0 changed; the file is left as it was\n"
+        << "";
     QTest::newRow("fixed134") << "good.bin" << QStringList{"fixed134=0"}
-                              << defaultsWith({{134, "0000000000000000"}}, 7) << "";
+                              << defaultsWith({{134, "0000000000000000"}}, 7)
+                              << "good.bin: 1 value set, 1 changed\n"
+                                 "  fixed134: 1073741824 -> 0\n"
+                              << "";
     QTest::newRow("two fields") << "good.bin" << QStringList{"gpsReceiver=1", "serialParity=2"}
-                                << defaultsWith({{112, "01"}, {162, "02"}}, 14284) << "";
+                                << defaultsWith({{112, "01"}, {162, "02"}}, 14284)
+                                << QString::fromUtf8(
+                                       "good.bin: 2 values set, 2 changed\n"
+                                       "  gpsReceiver: 2 \"Lumarex GPS Receiver - based on u-blox "
+                                       "8 Multi GNSS UBX-M8030-KT chipset\" -> 1 \"Lumarex GPS "
+                                       "Receiver - based on u-blox 6 SuperSense\xc2\xae"
+                                       " chipset\"\n"
+                                       "  serialParity: 0 \"none\" -> 2 \"even\"\n")
+                                << "";
     QTest::newRow("the last change wins")
         << "good.bin" << QStringList{"gpsReceiver=1", "gpsReceiver=3"}
-        << defaultsWith({{112, "03"}}, 50406) << "";
-    QTest::newRow("three fields")
-        << "good.bin" << QStringList{"triggerLow[3]=700", "gpsReceiver=0", "esoOffset=-125"}
-        << defaultsWith({{18, "BC02"}, {112, "00"}, {122, "83FFFFFF"}}, 17615) << "";
+        << defaultsWith({{112, "03"}}, 50406)
+        << "good.bin: 2 values set, 1 changed\n"
+           "  gpsReceiver: 2 \"Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT "
+           "chipset\" -> 3 \"Lumarex GPS Receiver - 10Hz, based on u-blox 8 Multi GNSS "
+           "UBX-M8030-KT chipset\"\n"
+        << "";
+    QTest::newRow("three fields") << "good.bin"
+                                  << QStringList{"triggerLow[3]=700", "gpsReceiver=0",
+                                                 "esoOffset=-125"}
+                                  << defaultsWith({{18, "BC02"}, {112, "00"}, {122, "83FFFFFF"}},
+                                                  17615)
+                                  << "good.bin: 3 values set, 3 changed\n"
+                                     "  triggerLow[3]: 688 -> 700\n"
+                                     "  gpsReceiver: 2 \"Lumarex GPS Receiver - based on u-blox 8 "
+                                     "Multi GNSS UBX-M8030-KT chipset\" -> 0 \"Custom settings\"\n"
+                                     "  esoOffset: 0 (shown as 0.00) -> -125 (shown as 10.00)\n"
+                                  << "";
     // The record is written back alone: what followed it is dropped.
     QTest::newRow("long file") << "long.bin" << QStringList{"gimbalRc=1"}
                                << defaultsWith({{111, "01"}}, 12885)
+                               << "long.bin: 1 value set, 1 changed\n"
+                                  "  gimbalRc: 0 -> 1\n"
                                << "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n";
 }
 
@@ -73,11 +131,47 @@ void TestCli::set()
     QFETCH(QString, file);
     QFETCH(QStringList, changes);
     QFETCH(QByteArray, expected);
+    QFETCH(QString, out);
     QFETCH(QString, err);
 
     const Workspace workspace;
-    COMPARE_RUN(workspace.run(QStringList{"set", "--raw", file} + changes), 0, "", err);
+    COMPARE_RUN(workspace.run(QStringList{"set", "--raw", file} + changes), 0, out, err);
     QCOMPARE(workspace.read(file).toHex(' '), expected.toHex(' '));
+}
+
+void TestCli::setQuiet()
+{
+    const Workspace workspace;
+    COMPARE_RUN(workspace.run({"set", "-q", "good.bin", "gpsReceiver=0"}), 0, "", "");
+    COMPARE_RUN(workspace.run({"set", "long.bin", "--quiet", "gpsReceiver=0"}), 0, "",
+                "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n");
+    COMPARE_RUN(workspace.run({"diff", "good.bin", "long.bin"}), 0, "", "");
+    COMPARE_RUN(workspace.run({"set", "-q", "--raw", "good.bin", "gpsReceiver=7000"}), 1, "",
+                "lxconfig: good.bin: gpsReceiver: expected a whole number from 0 to 255\n");
+}
+
+void TestCli::setNothingChanged()
+{
+    // A file that already holds the values is neither rewritten nor backed up.
+    const Workspace workspace;
+    const auto inode = [&workspace](const QString &name) {
+        struct stat status;
+        return ::stat(QFile::encodeName(workspace.path(name)).constData(), &status) == 0
+                   ? status.st_ino
+                   : ino_t(0);
+    };
+    const ino_t before = inode("good.bin");
+    COMPARE_RUN(workspace.run({"set", "--backup=numbered", "good.bin", "gpsReceiver=2",
+                               "serialBaudrate=9600", "serialBaudrate=38400"}),
+                0, "good.bin: 3 values set, 0 changed; the file is left as it was\n", "");
+    QCOMPARE(inode("good.bin"), before);
+    QVERIFY(!workspace.exists("good.bin.~1~"));
+    QCOMPARE(workspace.read("good.bin"), kDefaultBytes);
+    // A long file is trimmed to its record, which is a change to the file, if not to a value.
+    COMPARE_RUN(workspace.run({"set", "long.bin", "gpsReceiver=2"}), 0,
+                "long.bin: 1 value set, 0 changed\n",
+                "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n");
+    QCOMPARE(workspace.read("long.bin"), kDefaultBytes);
 }
 
 void TestCli::setRejects_data()

@@ -4,7 +4,9 @@
 #include "shellrun.h"
 #include "workspace.h"
 
+#include <QFile>
 #include <QTest>
+#include <sys/stat.h>
 
 namespace {
 
@@ -12,6 +14,13 @@ const QString kGimbalTies = QStringLiteral(
     "triggerLow, triggerHigh, triggerPinMode, triggerFrameMode, overlayMode, isothermState, "
     "isothermSwitchMode, sbusColormap, sbusColorMapSwitchMode, sbusFfc, sbusIsotherms, "
     "sbusIsoLow, sbusIsoMid, sbusIsoUp, sbusOverlay, sbusTrigger, sbusZoom, sbusZoomMode");
+
+// A replaced file is a new inode; one left alone keeps its own.
+quint64 fileInode(const QString &path)
+{
+    struct stat status;
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
+}
 
 } // namespace
 
@@ -31,6 +40,8 @@ private slots:
     void tiedFields_data();
     void tiedFields();
     void backups();
+    void quiet();
+    void unchangedFileLeftAlone();
 
 private:
     Workspace m_workspace;
@@ -41,7 +52,8 @@ void TestApply::init()
     // Two cards with the editor's defaults, one already set up otherwise.
     m_workspace.write("cam1.bin", m_workspace.read("good.bin"));
     m_workspace.write("cam2.bin", m_workspace.read("good.bin"));
-    QCOMPARE(m_workspace.run({"set", "--raw", "cam2.bin", "serialBaudrate=9600"}).exitCode, 0);
+    QCOMPARE(m_workspace.run({"set", "-q", "--raw", "cam2.bin", "serialBaudrate=9600"}).exitCode,
+             0);
 }
 
 void TestApply::partialTemplate()
@@ -49,7 +61,10 @@ void TestApply::partialTemplate()
     m_workspace.write("serial.json", R"({"serialBaudrate": 9600, "serialParity": 2})");
     COMPARE_RUN(m_workspace.run({"apply", "serial.json", "cam1.bin", "cam2.bin"}), 0,
                 "cam1.bin: 2 fields applied, 2 changed\n"
-                "cam2.bin: 2 fields applied, 1 changed\n",
+                "  serialBaudrate: 38400 \"38400\" -> 9600 \"9600\"\n"
+                "  serialParity: 0 \"none\" -> 2 \"even\"\n"
+                "cam2.bin: 2 fields applied, 1 changed\n"
+                "  serialParity: 0 \"none\" -> 2 \"even\"\n",
                 "");
     COMPARE_RUN(m_workspace.run({"diff", "cam1.bin"}), 1,
                 "serialBaudrate: 9600 \"9600\" -> 38400 \"38400\"\n"
@@ -65,7 +80,9 @@ void TestApply::wholeExportedForm()
     // A card exported whole is a template for the others: its checksum key is left out.
     QCOMPARE(m_workspace.run({"export", "cam2.bin", "-o", "cam2.json"}).exitCode, 0);
     COMPARE_RUN(m_workspace.run({"apply", "cam2.json", "cam1.bin"}), 0,
-                "cam1.bin: 44 fields applied, 1 changed\n", "");
+                "cam1.bin: 44 fields applied, 1 changed\n"
+                "  serialBaudrate: 38400 \"38400\" -> 9600 \"9600\"\n",
+                "");
     QCOMPARE(m_workspace.read("cam1.bin"), m_workspace.read("cam2.bin"));
 }
 
@@ -74,11 +91,16 @@ void TestApply::fieldsPattern_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("out");
     QTest::newRow("one name") << "serialParity"
-                              << "cam1.bin: 1 field applied, 1 changed\n";
+                              << "cam1.bin: 1 field applied, 1 changed\n"
+                                 "  serialParity: 0 \"none\" -> 2 \"even\"\n";
     QTest::newRow("a glob") << "serial*"
-                            << "cam1.bin: 2 fields applied, 2 changed\n";
+                            << "cam1.bin: 2 fields applied, 2 changed\n"
+                               "  serialBaudrate: 38400 \"38400\" -> 9600 \"9600\"\n"
+                               "  serialParity: 0 \"none\" -> 2 \"even\"\n";
     QTest::newRow("a list") << "esoHeating,serialB?udrate"
-                            << "cam1.bin: 2 fields applied, 2 changed\n";
+                            << "cam1.bin: 2 fields applied, 2 changed\n"
+                               "  esoHeating: 800 -> 500\n"
+                               "  serialBaudrate: 38400 \"38400\" -> 9600 \"9600\"\n";
 }
 
 void TestApply::fieldsPattern()
@@ -99,7 +121,9 @@ void TestApply::oneFileFails()
                                  "cam2.bin"}),
                 1,
                 "cam1.bin: 1 field applied, 1 changed\n"
-                "cam2.bin: 1 field applied, 1 changed\n",
+                "  esoHeating: 800 -> 500\n"
+                "cam2.bin: 1 field applied, 1 changed\n"
+                "  esoHeating: 800 -> 500\n",
                 "lxconfig: magic.bin: bad magic \"XONF\" (expected \"CONF\")\n"
                 "lxconfig: missing.bin: cannot open: No such file or directory\n");
     QCOMPARE(m_workspace.read("magic.bin"), magic);
@@ -177,8 +201,8 @@ void TestApply::tiedFields()
     m_workspace.write("t.json", json);
     const RunResult result = m_workspace.run({"apply", "--raw", "t.json", "cam1.bin", "cam2.bin"});
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.err, err); // once, however many files
-    QCOMPARE(result.out.count('\n'), 2);
+    QCOMPARE(result.err, err);               // once, however many files
+    QCOMPARE(result.out.count(".bin: "), 2); // a line per file, its changes below it
 }
 
 void TestApply::backups()
@@ -189,10 +213,36 @@ void TestApply::backups()
         m_workspace.run({"apply", "--raw", "--backup=numbered", "t.json", "cam1.bin", "cam2.bin"}),
         0,
         "cam1.bin: 1 field applied, 1 changed\n"
-        "cam2.bin: 1 field applied, 1 changed\n",
+        "  esoHeating: 800 -> 500\n"
+        "cam2.bin: 1 field applied, 1 changed\n"
+        "  esoHeating: 800 -> 500\n",
         "");
     QCOMPARE(m_workspace.read("cam2.bin.~1~"), before);
     QCOMPARE(m_workspace.read("cam1.bin.~1~"), m_workspace.read("good.bin"));
+}
+
+void TestApply::quiet()
+{
+    m_workspace.write("t.json", R"({"esoHeating": 500})");
+    COMPARE_RUN(m_workspace.run({"apply", "-q", "--raw", "t.json", "cam1.bin", "magic.bin"}), 1, "",
+                "lxconfig: magic.bin: bad magic \"XONF\" (expected \"CONF\")\n");
+    const RunResult diff = m_workspace.run({"diff", "cam1.bin"});
+    QVERIFY2(diff.out.startsWith("esoHeating: 500 -> 800\n"), qPrintable(diff.out));
+}
+
+void TestApply::unchangedFileLeftAlone()
+{
+    // cam2 holds the template's values already: neither rewritten nor backed up.
+    m_workspace.write("t.json", R"({"serialBaudrate": 9600})");
+    const quint64 inode = fileInode(m_workspace.path("cam2.bin"));
+    COMPARE_RUN(m_workspace.run({"apply", "--backup=simple", "t.json", "cam2.bin", "cam1.bin"}), 0,
+                "cam2.bin: 1 field applied, 0 changed; the file is left as it was\n"
+                "cam1.bin: 1 field applied, 1 changed\n"
+                "  serialBaudrate: 38400 \"38400\" -> 9600 \"9600\"\n",
+                "");
+    QCOMPARE(fileInode(m_workspace.path("cam2.bin")), inode);
+    QVERIFY(!m_workspace.exists("cam2.bin~"));
+    QVERIFY(m_workspace.exists("cam1.bin~"));
 }
 
 QTEST_GUILESS_MAIN(TestApply)

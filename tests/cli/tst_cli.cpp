@@ -39,6 +39,9 @@ const QString kHelp = QStringLiteral(
     "  --pdf OUT.pdf             report: print the sheet to a PDF (headless Chromium)\n"
     "  --title NAME              report: the camera's name on every sheet\n"
     "  --paper SIZE              report: a4 or letter\n"
+    "  -q, --quiet               set, apply: no list of changes; check: print nothing\n"
+    "  --list                    explain: the settings index\n"
+    "  --no-pager                never page the output on a terminal\n"
     "  -h, --help                show this help\n"
     "  --version                 show the version\n"
     "\n"
@@ -55,12 +58,15 @@ const QString kSetHelp = QStringLiteral(
     "holds the value; a value the window cannot hold is refused unless --force is given.\n"
     "--raw writes the stored numbers as given, without rules (FIELD[i]=VALUE one element);\n"
     "with --raw, --force also writes a magic or format version the editor refuses.\n"
-    "A file that fails check is refused.\n"
+    "A file that fails check is refused. Prints a line for the file, then each setting\n"
+    "that changed, old -> new, as diff shows them, naming the rule that changed it\n"
+    "(-q: nothing). A file in which nothing changes is neither rewritten nor backed up.\n"
     "\n"
     "Options:\n"
     "  --force                   store a value the window cannot hold\n"
     "  --raw                     write the stored numbers as given, without the form's rules\n"
     "  --backup[=KIND]           keep the old file: simple, numbered or existing\n"
+    "  -q, --quiet               set, apply: no list of changes; check: print nothing\n"
     "  -h, --help                show this help\n"
     "\n"
     "Example:\n"
@@ -68,9 +74,16 @@ const QString kSetHelp = QStringLiteral(
 
 const QString kTryHelp = QStringLiteral("Try 'lxconfig --help'.\n");
 
+// A usage error of a known command points at that command's page.
+QString tryHelp(const QString &command)
+{
+    return "Try 'lxconfig help " + command + "'.\n";
+}
+
 QString usage(const QString &synopsis)
 {
-    return QStringLiteral("lxconfig: usage: lxconfig ") + synopsis + '\n' + kTryHelp;
+    return QStringLiteral("lxconfig: usage: lxconfig ") + synopsis + '\n' +
+           tryHelp(synopsis.section(' ', 0, 0));
 }
 
 } // namespace
@@ -105,11 +118,13 @@ void TestCli::commandLine_data()
     QTest::newRow("unknown command") << QStringList{"frobnicate", "good.bin"} << 2 << ""
                                      << "lxconfig: unknown command \"frobnicate\"\n" + kTryHelp;
     QTest::newRow("unknown short option") << QStringList{"check", "-x", "good.bin"} << 2 << ""
-                                          << "lxconfig: Unknown option 'x'.\n" + kTryHelp;
-    QTest::newRow("unknown long option") << QStringList{"--colour", "show", "good.bin"} << 2 << ""
-                                         << "lxconfig: Unknown option 'colour'.\n" + kTryHelp;
-    QTest::newRow("-o without a value") << QStringList{"export", "good.bin", "-o"} << 2 << ""
-                                        << "lxconfig: Missing value after '-o'.\n" + kTryHelp;
+                                          << "lxconfig: Unknown option 'x'.\n" + tryHelp("check");
+    QTest::newRow("unknown long option")
+        << QStringList{"--colour", "show", "good.bin"} << 2 << ""
+        << "lxconfig: Unknown option 'colour'.\n" + tryHelp("show");
+    QTest::newRow("-o without a value")
+        << QStringList{"export", "good.bin", "-o"} << 2 << ""
+        << "lxconfig: Missing value after '-o'.\n" + tryHelp("export");
     QTest::newRow("check without files")
         << QStringList{"check"} << 2 << "" << usage("check FILE...");
     QTest::newRow("check with -o")
@@ -131,11 +146,12 @@ void TestCli::commandLine_data()
         << QStringList{"set", "good.bin"} << 2 << "" << usage("set FILE SETTING=VALUE...");
     QTest::newRow("force with another command") << QStringList{"defaults", "--force", "-o", "x.bin"}
                                                 << 2 << "" << usage("defaults -o FILE");
-    QTest::newRow("empty output name") << QStringList{"defaults", "-o", ""} << 2 << ""
-                                       << "lxconfig: the output file name is empty\n" + kTryHelp;
+    QTest::newRow("empty output name")
+        << QStringList{"defaults", "-o", ""} << 2 << ""
+        << "lxconfig: the output file name is empty\n" + tryHelp("defaults");
     QTest::newRow("empty output name, export")
         << QStringList{"export", "good.bin", "--output="} << 2 << ""
-        << "lxconfig: the output file name is empty\n" + kTryHelp;
+        << "lxconfig: the output file name is empty\n" + tryHelp("export");
     QTest::newRow("set with -o") << QStringList{"set", "good.bin", "gimbalRc=1", "-o", "x.bin"} << 2
                                  << "" << usage("set FILE SETTING=VALUE...");
     QTest::newRow("diff without files") << QStringList{"diff"} << 2 << "" << usage("diff A [B]");
@@ -148,18 +164,26 @@ void TestCli::commandLine_data()
         << QStringList{"check", "--backup", "good.bin"} << 2 << "" << usage("check FILE...");
     QTest::newRow("unknown backup kind")
         << QStringList{"defaults", "--backup=always", "-o", "x.bin"} << 2 << ""
-        << "lxconfig: Unknown backup kind 'always' (simple, numbered or existing).\n" + kTryHelp;
+        << "lxconfig: Unknown backup kind 'always' (simple, numbered or existing).\n" +
+               tryHelp("defaults");
     QTest::newRow("backup kind as a separate word")
         << QStringList{"defaults", "--backup", "simple", "-o", "x.bin"} << 2 << ""
         << usage("defaults -o FILE");
     QTest::newRow("unknown format")
         << QStringList{"check", "--format", "xml", "good.bin"} << 2 << ""
-        << "lxconfig: Unknown format 'xml' (text or json).\n" + kTryHelp;
+        << "lxconfig: Unknown format 'xml' (text or json).\n" + tryHelp("check");
     QTest::newRow("format without a value")
         << QStringList{"check", "good.bin", "--format"} << 2 << ""
-        << "lxconfig: Missing value after '--format'.\n" + kTryHelp;
+        << "lxconfig: Missing value after '--format'.\n" + tryHelp("check");
     QTest::newRow("explain with two names")
         << QStringList{"explain", "GPS", "Baudrate"} << 2 << "" << usage("explain [NAME]");
+    QTest::newRow("quiet with another command")
+        << QStringList{"show", "-q", "good.bin"} << 2 << "" << usage("show FILE");
+    QTest::newRow("list with another command")
+        << QStringList{"show", "--list", "good.bin"} << 2 << "" << usage("show FILE");
+    QTest::newRow("explain --list with a name")
+        << QStringList{"explain", "--list", "GPS"} << 2 << ""
+        << "lxconfig: --list takes no name\n" + tryHelp("explain");
     QTest::newRow("resave without -o")
         << QStringList{"resave", "good.bin"} << 2 << "" << usage("resave FILE -o OUT");
     QTest::newRow("resave without a file")

@@ -19,6 +19,9 @@ private slots:
     void check_data();
     void check();
     void checkSeveralFiles();
+    void warningNextToItsFile();
+    void checkQuiet_data();
+    void checkQuiet();
 
     // showtests.cpp
     void show_data();
@@ -43,6 +46,8 @@ private slots:
     // settests.cpp
     void set_data();
     void set();
+    void setQuiet();
+    void setNothingChanged();
     void setRejects_data();
     void setRejects();
 

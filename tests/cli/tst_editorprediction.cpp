@@ -45,6 +45,7 @@ private slots:
     void explainByCaption();
     void explainEveryPageInTabOrder();
     void explainUnknownName();
+    void explainList();
 
 private:
     Workspace m_workspace;
@@ -53,7 +54,8 @@ private:
 void TestEditorPrediction::init()
 {
     QCOMPARE(m_workspace.run({"defaults", "-o", "hazards.bin"}).exitCode, 0);
-    QCOMPARE(m_workspace.run(QStringList{"set", "--raw", "hazards.bin"} + kHazards).exitCode, 0);
+    QCOMPARE(m_workspace.run(QStringList{"set", "-q", "--raw", "hazards.bin"} + kHazards).exitCode,
+             0);
 }
 
 void TestEditorPrediction::strictFindsEachHazard()
@@ -168,7 +170,12 @@ void TestEditorPrediction::hazardsFixedWithSet()
     // The example session of the documentation: the three values set to ones the window holds.
     COMPARE_RUN(m_workspace.run({"set", "--raw", "hazards.bin", "serialBaudrate=115200",
                                  "esoHeating=1000", "sbusZoom=16"}),
-                0, "", "");
+                0,
+                "hazards.bin: 3 values set, 3 changed\n"
+                "  esoHeating: 1500 -> 1000\n"
+                "  sbusZoom: 17 (no item) -> 16 \"Deactivated\"\n"
+                "  serialBaudrate: 100000 (no item) -> 115200 \"115200\"\n",
+                "");
     COMPARE_RUN(m_workspace.run({"check", "--strict", "hazards.bin"}), 0, "hazards.bin: valid\n",
                 "");
     COMPARE_RUN(m_workspace.run({"resave", "hazards.bin", "-o", "resaved.bin"}), 0, "", "");
@@ -217,6 +224,48 @@ void TestEditorPrediction::explainUnknownName()
 {
     COMPARE_RUN(m_workspace.run({"explain", "Brightness"}), 1, "",
                 "lxconfig: no field, control or caption is named \"Brightness\"\n");
+}
+
+void TestEditorPrediction::explainList()
+{
+    const RunResult result = m_workspace.run({"explain", "--list"});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.exitCode, 0);
+    const QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
+    // Written out: the heading, the first page's first rows, a list stored by its item texts,
+    // one stored by mode codes, a caption with a degree sign, all in aligned columns.
+    const QStringList expected{
+        "page               caption                      name                    may hold (stored "
+        "value and text)",
+        "Periphery          \"Orvid Gimbal RC\"            gimbalRc                0 unchecked, 1 "
+        "checked",
+        QString::fromUtf8(
+            "Periphery          \"GPS\"                        gpsReceiver             0 \"Custom "
+            "settings\", 1 \"Lumarex GPS Receiver - based on u-blox 6 SuperSense\xc2\xae "
+            "chipset\", "
+            "2 \"Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset\", 3 "
+            "\"Lumarex GPS Receiver - 10Hz, based on u-blox 8 Multi GNSS UBX-M8030-KT chipset\""),
+        "Periphery          \"Offset\"                     esoOffset               -10.00 to 10.00",
+        "GPS/Serial         \"Baudrate\"                   serialBaudrate          1200, 2400, "
+        "4800, 9600, 19200, 38400, 57600, 115200, 230400, 460800, 921600",
+        "Extensions         \"EXT 0 mode\"                 ext0Mode                0 \"None "
+        "(default)\", 1 \"do FFC (automatic FFC is off)\", 5 \"External Shutter RX/TX\"",
+        QString::fromUtf8("Isotherms          \"Lower threshold (\xc2\xb0"
+                          "C)\"       isothermLower           0 to 1000"),
+    };
+    for (const QString &line : expected)
+        QVERIFY2(lines.contains(line), qPrintable("missing: " + line));
+    QCOMPARE(lines.at(1), expected.at(1));
+    // One row per setting the window shows, in the order explain takes them page by page.
+    QStringList explained;
+    for (const QString &line : m_workspace.run({"explain"}).out.split('\n')) {
+        if (line.contains(QStringLiteral("\" on page \"")))
+            explained.append(line.section(':', 0, 0));
+    }
+    QStringList listed;
+    for (const QString &line : lines.mid(1))
+        listed.append(line.mid(48).section(' ', 0, 0));
+    QCOMPARE(listed, explained);
 }
 
 QTEST_GUILESS_MAIN(TestEditorPrediction)

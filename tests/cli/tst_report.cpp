@@ -420,14 +420,14 @@ void TestReport::valueAsStored()
 void TestReport::pdfOptions()
 {
     const QString usage = "lxconfig: usage: lxconfig report FILE... [-o OUT]\n"
-                          "Try 'lxconfig --help'.\n";
+                          "Try 'lxconfig help report'.\n";
     COMPARE_RUN(m_workspace.run({"check", "good.bin", "--title", "x"}), 2, "",
-                "lxconfig: usage: lxconfig check FILE...\nTry 'lxconfig --help'.\n");
+                "lxconfig: usage: lxconfig check FILE...\nTry 'lxconfig help check'.\n");
     COMPARE_RUN(m_workspace.run({"report", "good.bin", "--paper", "a5"}), 2, "",
-                "lxconfig: Unknown paper 'a5' (a4 or letter).\nTry 'lxconfig --help'.\n");
+                "lxconfig: Unknown paper 'a5' (a4 or letter).\nTry 'lxconfig help report'.\n");
     COMPARE_RUN(m_workspace.run({"report", "good.bin", "--pdf", "x.pdf", "-o", "x.html"}), 2, "",
                 "lxconfig: report writes a page (-o) or a PDF (--pdf), not both\n"
-                "Try 'lxconfig --help'.\n");
+                "Try 'lxconfig help report'.\n");
     const QByteArray camera = m_workspace.read("cam.bin");
     COMPARE_RUN(m_workspace.run({"report", "cam.bin", "--pdf", "cam.bin"}), 1, "",
                 "lxconfig: cam.bin: is also the file cam.bin to report; nothing is written\n");

@@ -14,7 +14,7 @@ QList<WriteCommand> writeCommands()
 {
     const QByteArray gpsOne = withMendedChecksum(patched(oldRecord(), 112, QByteArray(1, '\x01')));
     return {
-        {"set", "set TARGET gpsReceiver=1", gpsOne},
+        {"set", "set -q TARGET gpsReceiver=1", gpsOne},
         {"import", "import good.json -o TARGET", kDefaultBytes},
         {"export", "export good.bin -o TARGET", withLines(kDefaultJson).toUtf8()},
         {"defaults", "defaults -o TARGET", kDefaultBytes},

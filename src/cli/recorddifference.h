@@ -1,0 +1,28 @@
+#pragma once
+
+// Where two records differ, element by element in file order, and how set and apply name such
+// a difference: "triggerLow[4]: 700 -> 688", each value as show prints it, as diff prints it.
+// diff keeps its own loop: moving it here let the compiler spell "element" as two immediates,
+// one of which Debian's lintian reads as a misspelt word in the binary.
+
+#include "configrecord.h"
+
+#include <string>
+#include <vector>
+
+namespace lxconfig {
+
+struct ElementDifference
+{
+    const lumarex::FieldInfo *info;
+    int element; // 0 for a field of one element
+};
+
+std::vector<ElementDifference> recordDifferences(const lumarex::ConfigRecord &a,
+                                                 const lumarex::ConfigRecord &b);
+
+// "name: A -> B", without a newline.
+std::string differenceLine(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
+                           const ElementDifference &difference);
+
+} // namespace lxconfig

@@ -1,0 +1,154 @@
+// The shell sessions of docs/lxconfig.md, run as written against the built lxconfig, so that the
+// documentation cannot drift from the program. A session is a ```console block: "$ COMMAND"
+// lines, each followed by what it prints (standard output and standard error as one terminal
+// shows them); a line "..." stands for any number of lines. Each session runs in an empty folder
+// of its own, its commands one after the other in one /bin/sh, with lxconfig first in PATH.
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Step
+{
+    int line; // in the document, from 1
+    QString command;
+    QStringList expected;
+};
+
+struct Session
+{
+    int line; // of the opening fence
+    QList<Step> steps;
+};
+
+QList<Session> sessionsOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(path));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
+    QList<Session> sessions;
+    bool inSession = false;
+    bool inOtherBlock = false;
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString &line = lines.at(i);
+        if (line.startsWith("```")) {
+            if (inSession || inOtherBlock) {
+                inSession = inOtherBlock = false;
+            } else if (line == "```console") {
+                inSession = true;
+                sessions.append({i + 1, {}});
+            } else {
+                inOtherBlock = true;
+            }
+            continue;
+        }
+        if (!inSession)
+            continue;
+        if (line.startsWith("$ "))
+            sessions.last().steps.append({i + 1, line.mid(2), {}});
+        else if (!sessions.last().steps.isEmpty())
+            sessions.last().steps.last().expected.append(line);
+        else
+            qFatal("%s:%d: output before the first command", qPrintable(path), i + 1);
+    }
+    return sessions;
+}
+
+// Whether the lines printed match the expected ones, where "..." matches any run of lines.
+bool matches(const QStringList &expected, int e, const QStringList &actual, int a)
+{
+    if (e == expected.size())
+        return a == actual.size();
+    if (expected.at(e).trimmed() == "...") {
+        for (int skip = a; skip <= actual.size(); ++skip) {
+            if (matches(expected, e + 1, actual, skip))
+                return true;
+        }
+        return false;
+    }
+    return a < actual.size() && expected.at(e) == actual.at(a) &&
+           matches(expected, e + 1, actual, a + 1);
+}
+
+// What each command printed, run in order in one shell.
+QList<QStringList> runSession(const Session &session, const QString &folder)
+{
+    // A separator line after each command that keeps the command's exit status for the next.
+    const QString separator = QStringLiteral("--8<-- lxconfig documentation step --8<--");
+    QString script = "exec 2>&1\n";
+    for (const Step &step : session.steps) {
+        script += step.command + '\n';
+        script += "step_status=$?; echo; echo '" + separator + "'; (exit $step_status)\n";
+    }
+    QProcess shell;
+    shell.setWorkingDirectory(folder);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL", "C");
+    environment.insert("PATH", QFileInfo(QStringLiteral(LXCONFIG_PATH)).absolutePath() + ':' +
+                                   environment.value("PATH"));
+    environment.remove("VERSION_CONTROL");
+    environment.remove("PAGER");
+    shell.setProcessEnvironment(environment);
+    shell.start("/bin/sh", {"-c", script});
+    shell.closeWriteChannel();
+    shell.waitForFinished(-1);
+    const QString output = QString::fromUtf8(shell.readAllStandardOutput());
+    QList<QStringList> printed;
+    for (const QString &part : output.split("\n" + separator + "\n")) {
+        // Each part ends with the newline echoed before the separator (and the command's own).
+        QStringList lines = part.split('\n');
+        lines.removeLast();
+        printed.append(lines);
+    }
+    printed.removeLast(); // after the last separator
+    return printed;
+}
+
+} // namespace
+
+class TestDocExamples : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sessions_data();
+    void sessions();
+};
+
+void TestDocExamples::sessions_data()
+{
+    QTest::addColumn<int>("index");
+    const QList<Session> sessions = sessionsOf(QStringLiteral(LXCONFIG_DOC));
+    QVERIFY2(sessions.size() >= 8, "docs/lxconfig.md has lost its sessions");
+    for (int i = 0; i < sessions.size(); ++i)
+        QTest::addRow("lxconfig.md:%d", sessions.at(i).line) << i;
+}
+
+void TestDocExamples::sessions()
+{
+    QFETCH(int, index);
+    const Session session = sessionsOf(QStringLiteral(LXCONFIG_DOC)).at(index);
+    QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    const QList<QStringList> printed = runSession(session, folder.path());
+    QCOMPARE(printed.size(), session.steps.size());
+    for (int i = 0; i < session.steps.size(); ++i) {
+        const Step &step = session.steps.at(i);
+        const QStringList actual = printed.at(i);
+        if (!matches(step.expected, 0, actual, 0)) {
+            QFAIL(qPrintable(QStringLiteral("docs/lxconfig.md:%1: $ %2\n--- documented:\n%3\n"
+                                            "--- printed:\n%4")
+                                 .arg(step.line)
+                                 .arg(step.command, step.expected.join('\n'), actual.join('\n'))));
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(TestDocExamples)
+#include "tst_docexamples.moc"
