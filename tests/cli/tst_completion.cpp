@@ -136,6 +136,11 @@ void TestCompletion::offered_data()
         *row("on and off for a check box")
             << shell << QStringList{"lxconfig", "set", "good.bin", "externalShutter="}
             << values("externalShutter", {"on", "off"});
+        // set ignores letter case; zsh matches case as the user's matcher-list says.
+        if (shellName != "zsh")
+            *row("value in any letter case")
+                << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=cu"}
+                << values("gpsReceiver", {"Custom settings"});
         *row("NAME read as set reads it")
             << shell
             << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=0", "SERIALPARITY=o"}
