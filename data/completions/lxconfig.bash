@@ -1,5 +1,6 @@
 # bash completion for lxconfig. The words come from lxconfig itself (lxconfig --complete ...):
-# commands and options from its command table, field names from the record's field table.
+# commands and options from its command table, field names from the record's field table, the
+# values after NAME= from the form's items.
 # bash-completion loads this file, so its helpers are at hand: _init_completion puts back
 # together the words that bash splits at "=" (--backup=numbered, gpsReceiver=0), without which
 # the arguments after such a word would be miscounted.
@@ -19,6 +20,22 @@ _lxconfig_command()
                 ;;
         esac
     done
+}
+
+# The values of the setting in NAME=VALUE under the cursor, as the window offers them (item
+# texts hold blanks, commas, parentheses): bash replaces only what follows the "=", so the
+# replies are the values alone, each with a backslash before the characters the shell reads.
+_lxconfig_values()
+{
+    local typed=${cur#*=} value
+    typed=${typed//\\/} # the backslashes of a value typed so far
+    local -a values=()
+    while IFS= read -r value; do
+        [[ ${value,,} == "${typed,,}"* ]] && values+=("$value") # set ignores letter case
+    done < <(lxconfig --complete values "${cur%%=*}")
+    ((${#values[@]})) || return
+    mapfile -t COMPREPLY < <(printf '%s\n' "${values[@]}" |
+        sed 's/[][ !"#$&'\''()*;:<=>?\\^`{|}~]/\\&/g')
 }
 
 _lxconfig()
@@ -89,6 +106,8 @@ _lxconfig()
             elif [[ $cur != *=* ]]; then
                 compopt -o nospace 2>/dev/null
                 mapfile -t COMPREPLY < <(compgen -S = -W "$(lxconfig --complete fields)" -- "$cur")
+            else
+                _lxconfig_values
             fi
             ;;
         defaults) ;;

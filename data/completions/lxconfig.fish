@@ -1,5 +1,6 @@
 # fish completion for lxconfig. The words come from lxconfig itself (lxconfig --complete ...):
-# commands and options from its command table, field names from the record's field table.
+# commands and options from its command table, field names from the record's field table, the
+# values after NAME= from the form's items.
 
 # The command word and how many arguments follow it, options and their values left out.
 function __lxconfig_command_and_count
@@ -71,6 +72,14 @@ complete -c lxconfig -n 'not __lxconfig_needs_command' -a '(__lxconfig_options)'
 complete -c lxconfig -n '__lxconfig_at help 0' -a '(lxconfig --complete commands)'
 complete -c lxconfig -n '__lxconfig_at explain 0' -a '(lxconfig --complete fields)'
 complete -c lxconfig -n 'not __lxconfig_needs_command; and not __lxconfig_at set 0; and __lxconfig_command_and_count | string match -q "set *"; and not string match -q -- "*=*" (commandline -ct)' -a '(lxconfig --complete fields | string replace -r \'$\' =)'
+# NAME=VALUE after set FILE: the values the window offers for NAME, offered whole as fish
+# matches the whole word (fish escapes the blanks and parentheses of item texts itself).
+function __lxconfig_set_values
+    set -l token (commandline -ct)
+    set -l name (string split -m 1 = -- $token)[1]
+    lxconfig --complete values $name | string replace -r '^' -- $name=
+end
+complete -c lxconfig -n 'not __lxconfig_at set 0; and __lxconfig_command_and_count | string match -q "set *"; and string match -qr -- "^[^-].*=" (commandline -ct)' -x -a '(__lxconfig_set_values)'
 complete -c lxconfig -n __lxconfig_wants_files -F
 # The values of options; the options themselves come with the command's own list above.
 complete -c lxconfig -n '__lxconfig_after -o --output' -F

@@ -3,8 +3,38 @@
 #include "commands.h"
 #include "commandtable.h"
 #include "configrecord.h"
+#include "formfields.h"
+#include "settingname.h"
+#include "settingvalue.h"
+#include "valuetext.h"
 
 namespace lxconfig {
+
+namespace {
+
+// The values the window offers for a setting, in the words set accepts: a combo box's item
+// texts (each one that set reads back as that very item), on and off for a check box; nothing
+// for numbers and for names that mean no single setting.
+void listValues(const std::string &name, Output &output)
+{
+    const NamedField named = fieldNamed(name);
+    const lumarex::FormField *pairing = named.field ? lumarex::formFieldOf(*named.field) : nullptr;
+    const lumarex::ControlFacts *facts = named.field ? lumarex::controlOf(*named.field) : nullptr;
+    if (!pairing || !facts)
+        return;
+    if (pairing->stored == lumarex::Stored::Checked) {
+        output.out("on\noff\n");
+        return;
+    }
+    for (const std::string_view item : facts->items()) {
+        const SettingValue value = settingValue(*pairing, item);
+        if (value.holdable && value.stored &&
+            shownValue(pairing->field, *value.stored) == lumarex::roundtrip::quoted(item))
+            output.out(std::string(item) + '\n');
+    }
+}
+
+} // namespace
 
 int listCompletions(const std::vector<std::string> &request, Output &output)
 {
@@ -32,7 +62,11 @@ int listCompletions(const std::vector<std::string> &request, Output &output)
         }
         return kExitSuccess;
     }
-    output.usageError("--complete takes commands, options COMMAND or fields");
+    if (what == "values" && request.size() == 2) {
+        listValues(request[1], output);
+        return kExitSuccess;
+    }
+    output.usageError("--complete takes commands, options COMMAND, fields or values NAME");
     return kExitError;
 }
 

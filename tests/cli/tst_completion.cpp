@@ -2,7 +2,8 @@
 // completion calls, bash-completion loaded, the line cut into words as bash cuts it), zsh (the
 // function as compinit loads it, with compadd captured) and fish (its own completion engine,
 // `complete -C`). Each completes commands, a command's options, field names after `set FILE` and
-// for `explain`, and file names, from the built lxconfig.
+// for `explain`, the values the window offers after `set FILE NAME=`, and file names, from the
+// built lxconfig.
 
 #include "workspace.h"
 
@@ -97,8 +98,53 @@ void TestCompletion::offered_data()
         *row("field after --backup=KIND")
             << shell << QStringList{"lxconfig", "set", "--backup=numbered", "good.bin", "gps"}
             << QStringList{"gpsReceiver="};
-        *row("nothing after FIELD=")
-            << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver="} << QStringList{};
+        *row("nothing after a number's NAME=")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "triggerLow="} << QStringList{};
+        // The values the window offers after NAME=, quoted as each shell inserts them: bash gets
+        // what follows the "=" with backslashes, zsh's compadd quotes the same way behind the
+        // kept NAME=, fish offers the whole word and escapes it itself as it inserts it.
+        const QString shellName(shell);
+        const auto values = [&shellName, bash](const QString &name, const QStringList &items) {
+            QStringList offered;
+            for (const QString &item : items) {
+                QString word;
+                for (const QChar c : item) {
+                    if (shellName != "fish" && QString(" ()").contains(c))
+                        word += '\\';
+                    word += c;
+                }
+                offered << (bash ? word : name + '=' + word);
+            }
+            return offered;
+        };
+        *row("combo box item after NAME=")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=Cu"}
+            << values("gpsReceiver", {"Custom settings"});
+        *row("item texts with commas and the registered sign")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=L"}
+            << values("gpsReceiver",
+                      {"Lumarex GPS Receiver - based on u-blox 6 SuperSense® chipset",
+                       "Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset",
+                       "Lumarex GPS Receiver - 10Hz, based on u-blox 8 Multi GNSS UBX-M8030-KT "
+                       "chipset"});
+        *row("item texts with parentheses")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "triggerPinMode=PWM"}
+            << values("triggerPinMode", {"PWM (normal)", "PWM (inverted)"});
+        *row("every item after NAME=")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "serialParity="}
+            << values("serialParity", {"none", "odd", "even"});
+        *row("on and off for a check box")
+            << shell << QStringList{"lxconfig", "set", "good.bin", "externalShutter="}
+            << values("externalShutter", {"on", "off"});
+        // set ignores letter case; zsh matches case as the user's matcher-list says.
+        if (shellName != "zsh")
+            *row("value in any letter case")
+                << shell << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=cu"}
+                << values("gpsReceiver", {"Custom settings"});
+        *row("NAME read as set reads it")
+            << shell
+            << QStringList{"lxconfig", "set", "good.bin", "gpsReceiver=0", "SERIALPARITY=o"}
+            << values("SERIALPARITY", {"odd"});
         *row("backup's kinds") << shell << QStringList{"lxconfig", "set", "--backup=n"}
                                << QStringList{bash ? "numbered" : "--backup=numbered"};
         *row("format's value joined") << shell << QStringList{"lxconfig", "check", "--format=j"}
@@ -138,7 +184,8 @@ void TestCompletion::offered()
     }
     offered.sort();
     expected.sort();
-    QVERIFY2(offered == expected, qPrintable(offered.join(' ') + " / stderr: " + err));
+    QVERIFY2(offered == expected, qPrintable(offered.join(' ') + " / expected: " +
+                                             expected.join(' ') + " / stderr: " + err));
 }
 
 void TestCompletion::installedWhereShellsLook()
