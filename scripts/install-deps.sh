@@ -92,14 +92,13 @@ if [ ${#missing[@]} -ne 0 ]; then
     DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
 
-# The npm packages of tests/html, exactly as its lockfile names them, when they are not there
-# yet or the lockfile changed since (npm records what it installed in .package-lock.json).
-# No install scripts run: puppeteer-core drives Debian's chromium and fetches no browser.
+# The npm packages of tests/html, exactly as its lockfile names them, when they are not there yet
+# or the lockfile changed since: a copy of the lockfile that npm ci installed from stays beside
+# them. No install scripts run: puppeteer-core drives Debian's chromium and fetches no browser.
 html_checks="$(cd "$(dirname "$0")/.." && pwd)/tests/html"
-if [ "$npm_checkers" -eq 1 ] &&
-    ! cmp -s <(sed -n '/"packages"/,$p' "$html_checks/package-lock.json" | grep -c resolved) \
-        <(sed -n '/"packages"/,$p' "$html_checks/node_modules/.package-lock.json" 2>/dev/null |
-            grep -c resolved); then
+installed_lock=$html_checks/node_modules/.installed-from-package-lock.json
+if [ "$npm_checkers" -eq 1 ] && ! cmp -s "$html_checks/package-lock.json" "$installed_lock"; then
     echo "Installing the npm packages of tests/html"
     (cd "$html_checks" && npm ci --no-audit --no-fund --ignore-scripts --loglevel=error)
+    cp "$html_checks/package-lock.json" "$installed_lock"
 fi
