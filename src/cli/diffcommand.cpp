@@ -6,28 +6,9 @@
 #include "defaults.h"
 #include "fieldtext.h"
 #include "jsonoutput.h"
-
-#include <algorithm>
+#include "recorddifference.h"
 
 namespace lxconfig {
-
-namespace {
-
-bool sameElement(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
-                 const lumarex::FieldInfo &info, int element)
-{
-    const int offset = info.offset + element * info.elementWidth();
-    const auto first = a.bytes().begin() + offset;
-    return std::equal(first, first + info.elementWidth(), b.bytes().begin() + offset);
-}
-
-std::string elementName(const lumarex::FieldInfo &info, int element)
-{
-    const std::string name = info.name;
-    return info.elementCount() == 1 ? name : name + '[' + std::to_string(element) + ']';
-}
-
-} // namespace
 
 int diffCommand(const Invocation &invocation, Output &output)
 {
@@ -40,28 +21,25 @@ int diffCommand(const Invocation &invocation, Output &output)
     const bool json = invocation.format == Format::Json;
     OrderedJson differences = OrderedJson::array();
     int status = kExitSuccess;
-    for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
-        for (int element = 0; element < info.elementCount(); ++element) {
-            if (sameElement(*a, *b, info, element))
-                continue;
-            status = kExitFailure;
-            if (!json) {
-                output.out(elementName(info, element) + ": " + elementText(*a, info, element) +
-                           " -> " + elementText(*b, info, element) + '\n');
-                continue;
-            }
-            OrderedJson difference = {
-                {"field", info.name},
-                {"element", info.elementCount() == 1 ? OrderedJson(nullptr) : OrderedJson(element)},
-                {"offset", info.offset + element * info.elementWidth()},
-                {"a", elementValue(*a, info, element)},
-                {"b", elementValue(*b, info, element)}};
-            if (const std::optional<OrderedJson> text = shownText(*a, info, element))
-                difference["aText"] = *text;
-            if (const std::optional<OrderedJson> text = shownText(*b, info, element))
-                difference["bText"] = *text;
-            differences.push_back(difference);
+    for (const ElementDifference &found : recordDifferences(*a, *b)) {
+        status = kExitFailure;
+        if (!json) {
+            output.out(differenceLine(*a, *b, found) + '\n');
+            continue;
         }
+        const lumarex::FieldInfo &info = *found.info;
+        const int element = found.element;
+        OrderedJson difference = {
+            {"field", info.name},
+            {"element", info.elementCount() == 1 ? OrderedJson(nullptr) : OrderedJson(element)},
+            {"offset", info.offset + element * info.elementWidth()},
+            {"a", elementValue(*a, info, element)},
+            {"b", elementValue(*b, info, element)}};
+        if (const std::optional<OrderedJson> text = shownText(*a, info, element))
+            difference["aText"] = *text;
+        if (const std::optional<OrderedJson> text = shownText(*b, info, element))
+            difference["bText"] = *text;
+        differences.push_back(difference);
     }
     if (json) {
         // Without B the record compared with is what the editor saves untouched.

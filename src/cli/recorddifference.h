@@ -1,9 +1,8 @@
 #pragma once
 
 // Where two records differ, element by element in file order, and how set and apply name such
-// a difference: "triggerLow[4]: 700 -> 688", each value as show prints it, as diff prints it.
-// diff keeps its own loop: moving it here let the compiler spell "element" as two immediates,
-// one of which Debian's lintian reads as a misspelt word in the binary.
+// a difference: "triggerLow[4]: 700 -> 688", each value as show prints it. diff, set and apply
+// all print their differences through it.
 
 #include "configrecord.h"
 
