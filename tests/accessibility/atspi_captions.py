@@ -331,6 +331,18 @@ def run_in_session(arguments):
     return 1 if failures or counts is None else 0
 
 
+def in_private_session(marker, run, arguments):
+    """Runs run(arguments) in this script started again inside a private session bus (marked by
+    the environment variable marker), so that nothing of the machine's own desktop takes part."""
+    if os.environ.get(marker) == "1":
+        return run(arguments)
+    env = dict(os.environ, **{marker: "1"})
+    env.pop("DISPLAY", None)
+    env.pop("AT_SPI_BUS_ADDRESS", None)
+    return subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv,
+                          env=env).returncode
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("--editor", required=True)
@@ -340,14 +352,7 @@ def main():
     arguments = parser.parse_args()
 
     check_prerequisites()
-    if os.environ.get(IN_SESSION) != "1":
-        # A private session bus: nothing of the machine's own desktop takes part.
-        env = dict(os.environ, **{IN_SESSION: "1"})
-        env.pop("DISPLAY", None)
-        env.pop("AT_SPI_BUS_ADDRESS", None)
-        return subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv,
-                              env=env).returncode
-    return run_in_session(arguments)
+    return in_private_session(IN_SESSION, run_in_session, arguments)
 
 
 if __name__ == "__main__":

@@ -500,13 +500,7 @@ def main():
     arguments = parser.parse_args()
 
     check_prerequisites()
-    if os.environ.get(IN_SESSION) != "1":
-        env = dict(os.environ, **{IN_SESSION: "1"})
-        env.pop("DISPLAY", None)
-        env.pop("AT_SPI_BUS_ADDRESS", None)
-        return subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv,
-                              env=env).returncode
-    return run_in_session(arguments)
+    return session.in_private_session(IN_SESSION, run_in_session, arguments)
 
 
 if __name__ == "__main__":
