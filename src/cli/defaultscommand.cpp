@@ -2,15 +2,15 @@
 
 #include "commandfiles.h"
 #include "commands.h"
-#include "defaults.h"
+#include "formfields.h"
 #include "recordfile.h"
 
 namespace lxconfig {
 
 int defaultsCommand(const Invocation &invocation, Output &output)
 {
-    return writeOutputFile(invocation.outputPath, recordBytes(defaultRecord()), output,
-                           invocation.backup)
+    return writeOutputFile(invocation.outputPath, recordBytes(lumarex::untouchedFormRecord()),
+                           output, invocation.backup)
                ? kExitSuccess
                : kExitFailure;
 }

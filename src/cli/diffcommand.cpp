@@ -3,8 +3,8 @@
 
 #include "commandfiles.h"
 #include "commands.h"
-#include "defaults.h"
 #include "fieldtext.h"
+#include "formfields.h"
 #include "jsonoutput.h"
 #include "recorddifference.h"
 
@@ -15,7 +15,8 @@ int diffCommand(const Invocation &invocation, Output &output)
     const std::vector<std::string> &paths = invocation.arguments;
     const std::optional<lumarex::ConfigRecord> a = readInputFile(paths.at(0), Checks::Warn, output);
     const std::optional<lumarex::ConfigRecord> b =
-        paths.size() > 1 ? readInputFile(paths.at(1), Checks::Warn, output) : defaultRecord();
+        paths.size() > 1 ? readInputFile(paths.at(1), Checks::Warn, output)
+                         : lumarex::untouchedFormRecord();
     if (!a || !b)
         return kExitError;
     const bool json = invocation.format == Format::Json;

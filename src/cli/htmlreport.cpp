@@ -1,7 +1,6 @@
 #include "htmlreport.h"
 
 #include "conversions.h"
-#include "defaults.h"
 #include "explain.h"
 #include "fieldtext.h"
 #include "fieldvalue.h"
@@ -254,7 +253,7 @@ std::string reportHead(const std::vector<std::string> &paths, const SheetOptions
 
 std::string reportSection(const ReportedFile &file, std::size_t index, const SheetOptions &options)
 {
-    const ConfigRecord untouched = defaultRecord();
+    const ConfigRecord untouched = lumarex::untouchedFormRecord();
     std::string html = sectionStart(file, index, options);
     if (file.unreadable) {
         return html + "<p class=\"verdict unreadable\">" + xmlEscaped(*file.unreadable) +

@@ -124,5 +124,6 @@ void MainWindow::on_btnSetConf_clicked()
         console::report("Error opening file!");
     else if (::write(fd, record.bytes().data(), lumarex::kRecordSize) == -1)
         console::report("Error writing data to file");
+    // Also when the open failed: the editor then closes -1 (EBADF, harmless), and keeps doing so.
     ::close(fd);
 }

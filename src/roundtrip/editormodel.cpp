@@ -1,6 +1,7 @@
 #include "editormodel.h"
 
 #include "conversions.h"
+#include "formfields.h"
 
 #include <algorithm>
 #include <charconv>
@@ -50,8 +51,7 @@ EditorModel::EditorModel()
     }
     // A page or group starts as the form has it: disabled when a control enabled of its own is
     // not enabled at start-up.
-    for (int c = 0; c < ruleContainerCount(); ++c) {
-        const RuleContainer &container = ruleContainers()[c];
+    for (const RuleContainer &container : allRuleContainers()) {
         Switch &state = m_switches[container.objectName];
         state.shown = !container.hiddenAtStart;
         for (std::size_t i = 0; i < formControlCount(); ++i) {
@@ -70,8 +70,7 @@ std::optional<ControlLock> EditorModel::lockOf(std::string_view objectName) cons
     const Switch &own = m_switches.at(objectName);
     if (!own.enabled)
         return ControlLock{objectName, own.by};
-    for (int c = 0; c < ruleContainerCount(); ++c) {
-        const RuleContainer &container = ruleContainers()[c];
+    for (const RuleContainer &container : allRuleContainers()) {
         const Switch &state = m_switches.at(container.objectName);
         if (container.holds(facts) && (!state.enabled || !state.shown))
             return ControlLock{container.objectName, state.by};

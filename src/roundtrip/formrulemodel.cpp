@@ -181,14 +181,9 @@ int formRuleCount()
     return static_cast<int>(std::size(kRules));
 }
 
-const RuleContainer *ruleContainers()
+RuleContainerList allRuleContainers()
 {
-    return kContainers;
-}
-
-int ruleContainerCount()
-{
-    return static_cast<int>(std::size(kContainers));
+    return {std::begin(kContainers), std::end(kContainers)};
 }
 
 const RuleContainer *ruleContainerNamed(std::string_view objectName)

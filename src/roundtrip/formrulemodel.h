@@ -5,7 +5,7 @@
 // `lxconfig explain` describes them, so the rules are written down once, here. They mirror the
 // rule slots of the window (src/form/formrules.cpp); the differential test holds the two equal.
 
-#include "formfacts.h"
+#include "formcontrols.h"
 
 #include <string_view>
 
@@ -79,8 +79,16 @@ struct RuleContainer
     bool holds(const ControlFacts &control) const;
 };
 
-const RuleContainer *ruleContainers();
-int ruleContainerCount();
+// Every container, in the form's order, for a range-for.
+struct RuleContainerList
+{
+    const RuleContainer *first;
+    const RuleContainer *last;
+    const RuleContainer *begin() const { return first; }
+    const RuleContainer *end() const { return last; }
+};
+
+RuleContainerList allRuleContainers();
 const RuleContainer *ruleContainerNamed(std::string_view objectName);
 
 } // namespace lumarex::roundtrip
