@@ -3,7 +3,10 @@
 // The editor's form rules as data: which control's signal runs each rule, how often, and what it
 // does for each value of that signal, step by step. The round-trip model runs these steps and
 // `lxconfig explain` describes them, so the rules are written down once, here. They mirror the
-// rule slots of the window (src/form/formrules.cpp); the differential test holds the two equal.
+// rule slots of the window (src/form/formrules.cpp), which cannot run from this table without
+// changing the window's code path (its slots are connected by name, some twice on purpose); the
+// differential test holds the two equal. The values the rules preset are shared with the
+// window (rulepresets.h).
 
 #include "formcontrols.h"
 
