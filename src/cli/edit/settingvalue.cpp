@@ -3,6 +3,7 @@
 #include "assignment.h"
 #include "conversions.h"
 #include "fieldvalue.h"
+#include "storednumber.h"
 #include "valuetext.h"
 
 #include <cctype>
@@ -37,26 +38,10 @@ std::string_view trimmed(std::string_view text)
 // The stored value of an item, or nothing when the item cannot be stored (a mode without code).
 std::optional<std::int64_t> itemStored(Stored stored, const ControlFacts &facts, int index)
 {
-    switch (stored) {
-    case Stored::Ext0Code:
-        if (const auto code = lumarex::ext0ModeCode(index))
-            return *code;
-        return std::nullopt;
-    case Stored::Ext1Code:
-        if (const auto code = lumarex::ext1ModeCode(index))
-            return *code;
-        return std::nullopt;
-    case Stored::ItemNumber: {
-        const std::string_view text = facts.item(index);
-        std::int64_t number = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (error != std::errc() || end != text.data() + text.size())
-            return std::nullopt;
-        return number;
-    }
-    default:
-        return index;
-    }
+    lumarex::ControlState state;
+    state.index = index;
+    state.itemText = facts.item(index);
+    return lumarex::storedNumber(stored, state);
 }
 
 std::string itemList(Stored stored, const ControlFacts &facts)
