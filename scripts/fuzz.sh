@@ -27,14 +27,8 @@ for target in "${targets[@]}"; do
     corpus=build-fuzz/corpus/$target
     mkdir -p "$corpus"
     log=build-fuzz/$target.log
-    # A toolkit leak that lsan.supp names shows its frames only to the slower unwinder, and
-    # only import and json meet it (the JSON parser); the fast one keeps the others quick.
-    unwind=fast_unwind_on_malloc=1
-    case "$target" in
-        import | json) unwind=fast_unwind_on_malloc=0:malloc_context_size=12 ;;
-    esac
     echo "fuzzing $target for ${seconds}s"
-    if ! ASAN_OPTIONS=detect_leaks=1:$unwind "build-fuzz/fuzz/${target}_fuzzer" \
+    if ! ASAN_OPTIONS=detect_leaks=1:fast_unwind_on_malloc=1 "build-fuzz/fuzz/${target}_fuzzer" \
         -max_total_time="$seconds" -timeout=30 -print_final_stats=1 \
         -artifact_prefix="build-fuzz/artifacts/$target-" \
         "$corpus" "fuzz/corpus/$target" >"$log" 2>&1; then

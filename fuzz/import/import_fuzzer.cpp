@@ -21,16 +21,15 @@ void require(bool condition)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const std::string_view json(reinterpret_cast<const char *>(data), size);
-    std::string error;
-    const std::optional<lumarex::ConfigRecord> record = lxconfig::recordFromJson(json, error);
+    const lxconfig::Result<lumarex::ConfigRecord> record = lxconfig::recordFromJson(json);
     if (!record) {
-        require(!error.empty());
+        require(!record.failure().reason.empty());
         return 0;
     }
     // Import bounds every number by its field, so whatever it accepted can be exported.
-    const std::optional<std::string> exported = lxconfig::recordToJson(*record, error);
-    require(exported.has_value());
-    const std::optional<lumarex::ConfigRecord> again = lxconfig::recordFromJson(*exported, error);
-    require(again.has_value() && *again == *record);
+    const lxconfig::Result<std::string> exported = lxconfig::recordToJson(*record);
+    require(static_cast<bool>(exported));
+    const lxconfig::Result<lumarex::ConfigRecord> again = lxconfig::recordFromJson(*exported);
+    require(again && *again == *record);
     return 0;
 }

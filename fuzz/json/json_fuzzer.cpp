@@ -73,8 +73,10 @@ std::optional<Json> referenceReading(std::string_view text)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const std::string_view text(reinterpret_cast<const char *>(data), size);
-    Json read;
-    const std::optional<std::string> problem = lxconfig::parseJson(text, read);
+    const lxconfig::Result<Json> parsed = lxconfig::parseJson(text);
+    const std::optional<std::string> problem =
+        parsed ? std::nullopt : std::optional<std::string>(parsed.failure().reason);
+    const Json read = parsed ? *parsed : Json();
     const std::optional<Json> reference = referenceReading(text);
     if (problem && reference)
         finding("lxconfig refuses what the reference reads", text, *problem);

@@ -87,9 +87,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return 0;
     const std::size_t nameLength = std::min<std::size_t>(data[0], size - 1);
     const std::string name(reinterpret_cast<const char *>(data + 1), nameLength);
-    lxconfig::InputBytes bytes;
-    bytes.data.assign(reinterpret_cast<const char *>(data + 1 + nameLength), size - 1 - nameLength);
-    bytes.size = bytes.data.size();
+    const std::string bytes(reinterpret_cast<const char *>(data + 1 + nameLength),
+                            size - 1 - nameLength);
 
     const std::string escaped = lxconfig::xmlEscaped(name);
     require(isXmlText(escaped));
@@ -100,9 +99,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 
     lxconfig::ReportedFile file;
     file.path = name;
-    file.record = lxconfig::recordOf(bytes);
-    file.refusal = lxconfig::recordProblem(file.record);
-    file.sizeNote = lxconfig::sizeProblem(bytes);
+    const lxconfig::RecordFile read = lxconfig::recordFileOf(bytes, bytes.size());
+    file.record = read.record;
+    file.refusal = read.refusal;
+    file.sizeNote = read.sizeNote;
     lxconfig::ReportedFile unreadable;
     unreadable.path = name;
     unreadable.unreadable = name;

@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
 
     const std::string_view name(reinterpret_cast<const char *>(data), size < 64 ? size : 64);
-    const auto explanation = lumarex::roundtrip::explain(name);
+    const auto explanation = lxconfig::explain(name);
     require(explanation.found == !explanation.lines.empty());
     return 0;
 }

@@ -1,9 +1,8 @@
 #include "formfields.h"
 
-#include "conversions.h"
+#include "storednumber.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace lumarex {
 
@@ -52,34 +51,17 @@ constexpr FormField kFormFields[] = {
     {Field::serialInverted, "cbInverted", S::Checked},
 };
 
-// A decimal text as the toolkit's toUInt() reads it: 0 unless the whole text is a number.
-std::uint32_t numberIn(std::string_view text)
-{
-    std::uint32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? number : 0;
-}
-
+// The untouched form's state of the control, stored as the save command stores it.
 std::uint32_t storedStart(Stored stored, const ControlFacts &control)
 {
-    switch (stored) {
-    case Stored::ItemIndex:
-        return static_cast<std::uint32_t>(control.startIndex);
-    case Stored::Ext0Code:
-        return ext0ModeCode(control.startIndex).value_or(0);
-    case Stored::Ext1Code:
-        return ext1ModeCode(control.startIndex).value_or(0);
-    case Stored::ItemNumber:
-    case Stored::TextNumber:
-        return numberIn(control.startText);
-    case Stored::Checked:
-        return control.startChecked ? 1 : 0;
-    case Stored::Value:
-        return static_cast<std::uint32_t>(control.startValue);
-    case Stored::Hundredths:
-        return static_cast<std::uint32_t>(esoOffsetToField(control.startValue));
-    }
-    return 0;
+    ControlState state;
+    state.index = control.startIndex;
+    state.itemText = control.startText;
+    state.text = control.startText;
+    state.checked = control.startChecked;
+    state.value = static_cast<int>(control.startValue);
+    state.real = control.startValue;
+    return storedNumber(stored, state).value_or(0);
 }
 
 } // namespace

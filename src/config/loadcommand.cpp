@@ -1,6 +1,12 @@
 // "Read from file": one read of the chosen file, the format library's verdict on it (magic,
 // version, checksum), then every stored value back into its control in a fixed order. Restoring a
 // control runs its form rules at once, and later steps overwrite what those rules preset.
+//
+// src/roundtrip/restoreorder.cpp writes the same order down as data for the model. It is not
+// shared with this file: here each step is a toolkit call whose signal runs the window's rule
+// slots at that moment, nested, and the editor's steps stay exactly as they are; driving the
+// window from the table would change how and when it runs them. The differential test of
+// tests/roundtrip holds the two equal.
 
 #include "console.h"
 #include "conversions.h"

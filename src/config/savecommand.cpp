@@ -1,5 +1,11 @@
 // "Write to file": every control of the form, shown, hidden or disabled, into the 167-byte
 // record, then one write to the file the user names. Failures are reported on the console.
+//
+// The same conversions exist once more, as a table, in storednumber.cpp (the untouched form and
+// the model of src/roundtrip). They are not shared with this file: here each control is read
+// through the toolkit (currentIndex(), toUInt() on a QString, value()) in the editor's own fixed
+// order, and the editor's steps stay exactly as they are. tst_facts and the differential test of
+// tests/roundtrip hold the two equal.
 
 #include "console.h"
 #include "conversions.h"
@@ -124,5 +130,6 @@ void MainWindow::on_btnSetConf_clicked()
         console::report("Error opening file!");
     else if (::write(fd, record.bytes().data(), lumarex::kRecordSize) == -1)
         console::report("Error writing data to file");
+    // Also when the open failed: the editor then closes -1 (EBADF, harmless), and keeps doing so.
     ::close(fd);
 }

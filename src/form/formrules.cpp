@@ -1,43 +1,26 @@
 // The form rules: how choosing an accessory or a trigger mode enables, locks and presets other
 // controls. Each rule prints its console line first, then acts; a rule that sets a control with
 // rules of its own runs them at once, nested.
+//
+// src/roundtrip/formrulemodel.cpp writes the same rules down as data for the model and explain.
+// The values they preset are shared (rulepresets.h); the rules themselves are not: these are
+// the window's slots, connected by name (some twice, on purpose), and what they do between
+// signals is the editor's behaviour; driving them from the table would change the window's code
+// path. The differential test of tests/roundtrip and tst_rules hold the two equal.
 
 #include "console.h"
 #include "mainwindow.h"
+#include "rulepresets.h"
 #include "ui_mainwindow.h"
-
-#include <array>
 
 namespace {
 
-// Channel assignments of the SBUS/PPM page, as combo indexes (index n is channel n+1, 16 is
-// "Deactivated"), in the order the rule assigns them.
-struct SbusChannels
-{
-    int colormap;
-    int colorMapSwitchMode;
-    int ffc;
-    int isotherms;
-    int isoLow;
-    int isoMid;
-    int isoUp;
-    int overlay;
-    int trigger;
-    int zoom;
-    int zoomMode;
-};
-
-// The gimbal remote control drives these functions on fixed channels.
-constexpr SbusChannels kGimbalChannels{0, 1, 1, 2, 3, 4, 5, 6, 8, 9, 1};
-// The page's start-up assignment, which releasing the gimbal puts back.
-constexpr SbusChannels kStartChannels{3, 0, 5, 0, 16, 16, 16, 1, 4, 2, 0};
-
-// Serial settings of the Lumarex GPS receivers, by cbPeripheryGPS index; all of them run at no
-// parity, one stop bit and an inverted signal.
-constexpr std::array<int, 4> kGpsBaudrateIndex = {-1, 5 /* 38400 */, 3 /* 9600 */, 7 /* 115200 */};
-
-constexpr int kPinModeSbus = 1;
-constexpr int kPinModePpm = 5;
+using lumarex::kGimbalChannels;
+using lumarex::kGpsBaudrateIndex;
+using lumarex::kPinModePpm;
+using lumarex::kPinModeSbus;
+using lumarex::kStartChannels;
+using lumarex::SbusChannels;
 
 } // namespace
 

@@ -1,6 +1,8 @@
 #include "editormodel.h"
 
 #include "conversions.h"
+#include "formfields.h"
+#include "storednumber.h"
 
 #include <algorithm>
 #include <charconv>
@@ -15,14 +17,6 @@ namespace {
 std::string decimalText(std::uint32_t number)
 {
     return std::to_string(number);
-}
-
-// A decimal text as the toolkit's toUInt() reads it: 0 unless the whole text is a number.
-std::uint32_t numberIn(std::string_view text)
-{
-    std::uint32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? number : 0;
 }
 
 int spinLimit(double limit)
@@ -50,8 +44,7 @@ EditorModel::EditorModel()
     }
     // A page or group starts as the form has it: disabled when a control enabled of its own is
     // not enabled at start-up.
-    for (int c = 0; c < ruleContainerCount(); ++c) {
-        const RuleContainer &container = ruleContainers()[c];
+    for (const RuleContainer &container : allRuleContainers()) {
         Switch &state = m_switches[container.objectName];
         state.shown = !container.hiddenAtStart;
         for (std::size_t i = 0; i < formControlCount(); ++i) {
@@ -70,8 +63,7 @@ std::optional<ControlLock> EditorModel::lockOf(std::string_view objectName) cons
     const Switch &own = m_switches.at(objectName);
     if (!own.enabled)
         return ControlLock{objectName, own.by};
-    for (int c = 0; c < ruleContainerCount(); ++c) {
-        const RuleContainer &container = ruleContainers()[c];
+    for (const RuleContainer &container : allRuleContainers()) {
         const Switch &state = m_switches.at(container.objectName);
         if (container.holds(facts) && (!state.enabled || !state.shown))
             return ControlLock{container.objectName, state.by};
@@ -298,33 +290,14 @@ ConfigRecord EditorModel::save() const
         if (!pairing)
             continue;
         const ControlValue &source = control(pairing->control);
-        std::optional<std::uint32_t> stored;
-        switch (pairing->stored) {
-        case Stored::ItemIndex:
-            stored = static_cast<std::uint32_t>(source.index);
-            break;
-        case Stored::Ext0Code:
-            stored = ext0ModeCode(source.index);
-            break;
-        case Stored::Ext1Code:
-            stored = ext1ModeCode(source.index);
-            break;
-        case Stored::ItemNumber:
-            stored = numberIn(source.facts->item(source.index));
-            break;
-        case Stored::Checked:
-            stored = source.checked ? 1 : 0;
-            break;
-        case Stored::Value:
-            stored = static_cast<std::uint32_t>(source.value);
-            break;
-        case Stored::Hundredths:
-            stored = static_cast<std::uint32_t>(esoOffsetToField(source.real));
-            break;
-        case Stored::TextNumber:
-            stored = numberIn(source.text);
-            break;
-        }
+        ControlState state;
+        state.index = source.index;
+        state.itemText = source.facts->item(source.index);
+        state.text = source.text;
+        state.checked = source.checked;
+        state.value = source.value;
+        state.real = source.real;
+        const std::optional<std::uint32_t> stored = storedNumber(pairing->stored, state);
         for (int element = 0; stored && element < info.elementCount(); ++element)
             record.setValue(info.field, *stored, element);
     }

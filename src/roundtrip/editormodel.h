@@ -9,7 +9,7 @@
 // operator can change at the moment.
 
 #include "configrecord.h"
-#include "formfacts.h"
+#include "formcontrols.h"
 #include "formrulemodel.h"
 #include "restoreorder.h"
 

@@ -1,5 +1,7 @@
 #include "formrulemodel.h"
 
+#include "rulepresets.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -18,24 +20,29 @@ template <std::size_t N> constexpr int countOf(const RuleAction (&)[N])
 constexpr RuleAction kPinReceiver[] = {{A::Enable, "tab_SBUS", 0}, {A::Enable, "cbSbusFFC", 0}};
 constexpr RuleAction kPinOther[] = {{A::Disable, "tab_SBUS", 0}};
 constexpr RuleCase kPinCases[] = {
-    {{1, 5}, 2, "SBUS or PPM", "cbPeripheryGimbalrc", kPinReceiver, countOf(kPinReceiver)},
+    {{kPinModeSbus, kPinModePpm},
+     2,
+     "SBUS or PPM",
+     "cbPeripheryGimbalrc",
+     kPinReceiver,
+     countOf(kPinReceiver)},
     {{0, 0}, 0, "any other mode (or none)", "", kPinOther, countOf(kPinOther)},
 };
 
 // GPS receiver: custom settings unlock the serial page; a Lumarex receiver locks and presets it.
 constexpr RuleAction kGpsCustom[] = {{A::Enable, "tabSerial", 0}};
 constexpr RuleAction kGpsUblox6[] = {{A::Disable, "tabSerial", 0},
-                                     {A::Select, "cbBaudrate", 5},
+                                     {A::Select, "cbBaudrate", kGpsBaudrateIndex[1]},
                                      {A::Select, "cbParity", 0},
                                      {A::Select, "cbStopBit", 0},
                                      {A::Check, "cbInverted", 1}};
 constexpr RuleAction kGpsUblox8[] = {{A::Disable, "tabSerial", 0},
-                                     {A::Select, "cbBaudrate", 3},
+                                     {A::Select, "cbBaudrate", kGpsBaudrateIndex[2]},
                                      {A::Select, "cbParity", 0},
                                      {A::Select, "cbStopBit", 0},
                                      {A::Check, "cbInverted", 1}};
 constexpr RuleAction kGpsUblox8Fast[] = {{A::Disable, "tabSerial", 0},
-                                         {A::Select, "cbBaudrate", 7},
+                                         {A::Select, "cbBaudrate", kGpsBaudrateIndex[3]},
                                          {A::Select, "cbParity", 0},
                                          {A::Select, "cbStopBit", 0},
                                          {A::Check, "cbInverted", 1}};
@@ -53,19 +60,19 @@ constexpr RuleAction kGimbalAttached[] = {
     {A::Select, "cbIsothermsState", 0},
     {A::Select, "cbIsothermSwitchMode", 1},
     {A::Disable, "tab_SBUS", 0},
-    {A::Select, "cbSbusColormap", 0},
-    {A::Select, "cbSbusColorMapSwitchMode", 1},
-    {A::Select, "cbSbusFFC", 1},
-    {A::Select, "cbSbusIsotherms", 2},
-    {A::Select, "cbSbusIsoLow", 3},
-    {A::Select, "cbSbusIsoMid", 4},
-    {A::Select, "cbSbusIsoUp", 5},
-    {A::Select, "cbSbusOverlay", 6},
-    {A::Select, "cbSbusTrigger", 8},
-    {A::Select, "cbSbusZoom", 9},
-    {A::Select, "cbSbusZoomMode", 1},
+    {A::Select, "cbSbusColormap", kGimbalChannels.colormap},
+    {A::Select, "cbSbusColorMapSwitchMode", kGimbalChannels.colorMapSwitchMode},
+    {A::Select, "cbSbusFFC", kGimbalChannels.ffc},
+    {A::Select, "cbSbusIsotherms", kGimbalChannels.isotherms},
+    {A::Select, "cbSbusIsoLow", kGimbalChannels.isoLow},
+    {A::Select, "cbSbusIsoMid", kGimbalChannels.isoMid},
+    {A::Select, "cbSbusIsoUp", kGimbalChannels.isoUp},
+    {A::Select, "cbSbusOverlay", kGimbalChannels.overlay},
+    {A::Select, "cbSbusTrigger", kGimbalChannels.trigger},
+    {A::Select, "cbSbusZoom", kGimbalChannels.zoom},
+    {A::Select, "cbSbusZoomMode", kGimbalChannels.zoomMode},
     {A::Disable, "cbTriggerPinMode", 0},
-    {A::Select, "cbTriggerPinMode", 1},
+    {A::Select, "cbTriggerPinMode", kPinModeSbus},
     {A::Disable, "cbTriggerFrameMode", 0},
     {A::Select, "cbTriggerFrameMode", 0},
     {A::Disable, "cBOverlayMode", 0},
@@ -76,17 +83,17 @@ constexpr RuleAction kGimbalReleased[] = {
     {A::Select, "cbIsothermsState", 0},
     {A::Select, "cbIsothermSwitchMode", 0},
     {A::Enable, "tab_SBUS", 0},
-    {A::Select, "cbSbusColormap", 3},
-    {A::Select, "cbSbusColorMapSwitchMode", 0},
-    {A::Select, "cbSbusFFC", 5},
-    {A::Select, "cbSbusIsotherms", 0},
-    {A::Select, "cbSbusIsoLow", 16},
-    {A::Select, "cbSbusIsoMid", 16},
-    {A::Select, "cbSbusIsoUp", 16},
-    {A::Select, "cbSbusOverlay", 1},
-    {A::Select, "cbSbusTrigger", 4},
-    {A::Select, "cbSbusZoom", 2},
-    {A::Select, "cbSbusZoomMode", 0},
+    {A::Select, "cbSbusColormap", kStartChannels.colormap},
+    {A::Select, "cbSbusColorMapSwitchMode", kStartChannels.colorMapSwitchMode},
+    {A::Select, "cbSbusFFC", kStartChannels.ffc},
+    {A::Select, "cbSbusIsotherms", kStartChannels.isotherms},
+    {A::Select, "cbSbusIsoLow", kStartChannels.isoLow},
+    {A::Select, "cbSbusIsoMid", kStartChannels.isoMid},
+    {A::Select, "cbSbusIsoUp", kStartChannels.isoUp},
+    {A::Select, "cbSbusOverlay", kStartChannels.overlay},
+    {A::Select, "cbSbusTrigger", kStartChannels.trigger},
+    {A::Select, "cbSbusZoom", kStartChannels.zoom},
+    {A::Select, "cbSbusZoomMode", kStartChannels.zoomMode},
     {A::Enable, "cbTriggerPinMode", 0},
     {A::Select, "cbTriggerPinMode", 0},
     {A::Enable, "cbTriggerFrameMode", 0},
@@ -181,14 +188,9 @@ int formRuleCount()
     return static_cast<int>(std::size(kRules));
 }
 
-const RuleContainer *ruleContainers()
+RuleContainerList allRuleContainers()
 {
-    return kContainers;
-}
-
-int ruleContainerCount()
-{
-    return static_cast<int>(std::size(kContainers));
+    return {std::begin(kContainers), std::end(kContainers)};
 }
 
 const RuleContainer *ruleContainerNamed(std::string_view objectName)

@@ -3,9 +3,12 @@
 // The editor's form rules as data: which control's signal runs each rule, how often, and what it
 // does for each value of that signal, step by step. The round-trip model runs these steps and
 // `lxconfig explain` describes them, so the rules are written down once, here. They mirror the
-// rule slots of the window (src/form/formrules.cpp); the differential test holds the two equal.
+// rule slots of the window (src/form/formrules.cpp), which cannot run from this table without
+// changing the window's code path (its slots are connected by name, some twice on purpose); the
+// differential test holds the two equal. The values the rules preset are shared with the
+// window (rulepresets.h).
 
-#include "formfacts.h"
+#include "formcontrols.h"
 
 #include <string_view>
 
@@ -79,8 +82,16 @@ struct RuleContainer
     bool holds(const ControlFacts &control) const;
 };
 
-const RuleContainer *ruleContainers();
-int ruleContainerCount();
+// Every container, in the form's order, for a range-for.
+struct RuleContainerList
+{
+    const RuleContainer *first;
+    const RuleContainer *last;
+    const RuleContainer *begin() const { return first; }
+    const RuleContainer *end() const { return last; }
+};
+
+RuleContainerList allRuleContainers();
 const RuleContainer *ruleContainerNamed(std::string_view objectName);
 
 } // namespace lumarex::roundtrip

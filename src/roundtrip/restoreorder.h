@@ -3,7 +3,9 @@
 // The order in which the editor's "Read from file" puts the stored values back into the form,
 // and how each value is put. Every restore that changes a control runs its rules at once, and
 // later steps overwrite what those rules preset, so the order is part of what a load does. It
-// mirrors the load command of the window (src/config/loadcommand.cpp).
+// mirrors the load command of the window (src/config/loadcommand.cpp), which cannot read it:
+// there each step is a toolkit call that runs the window's rule slots as it happens, and the
+// window's code stays as it is. The differential test holds the two equal.
 
 #include "configrecord.h"
 

@@ -2,6 +2,7 @@
 
 #include "conversions.h"
 #include "editormodel.h"
+#include "formfields.h"
 #include "restoreorder.h"
 #include "valuetext.h"
 

@@ -9,7 +9,7 @@
 // differential test compares all 167 bytes, these included.
 
 #include "configrecord.h"
-#include "formfacts.h"
+#include "editorverdict.h"
 
 #include <string>
 #include <vector>

@@ -4,7 +4,7 @@
 
 #include "configrecord.h"
 #include "editormodel.h"
-#include "formfacts.h"
+#include "formcontrols.h"
 
 #include <string>
 

@@ -2,8 +2,8 @@
 // boxes, its defaults against what the untouched form saves.
 
 #include "consolecapture.h"
-#include "defaults.h"
 #include "expected.h"
+#include "formfields.h"
 #include "itemtexts.h"
 #include "mainwindow.h"
 #include "tst_cli.h"
@@ -110,9 +110,9 @@ void TestCli::itemListsMatchSavedFields()
 void TestCli::defaultRecordMatchesEditor()
 {
     MainWindow window;
-    QCOMPARE(bytesOf(lxconfig::defaultRecord()).toHex(' '),
+    QCOMPARE(bytesOf(lumarex::untouchedFormRecord()).toHex(' '),
              bytesOf(savedRecord(window)).toHex(' '));
-    QCOMPARE(bytesOf(lxconfig::defaultRecord()).toHex(' '), kDefaultBytes.toHex(' '));
+    QCOMPARE(bytesOf(lumarex::untouchedFormRecord()).toHex(' '), kDefaultBytes.toHex(' '));
 }
 
 void TestCli::defaultsCommandMatchesEditor()

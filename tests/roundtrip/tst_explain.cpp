@@ -12,7 +12,7 @@ namespace {
 QStringList explained(std::optional<std::string_view> name)
 {
     QStringList lines;
-    for (const std::string &line : lumarex::roundtrip::explain(name).lines)
+    for (const std::string &line : lxconfig::explain(name).lines)
         lines << QString::fromStdString(line);
     return lines;
 }
@@ -47,7 +47,7 @@ private slots:
 void TestExplain::everyFieldByName()
 {
     for (const lumarex::FieldInfo &info : lumarex::fieldTable()) {
-        const auto explanation = lumarex::roundtrip::explain(std::string_view(info.name));
+        const auto explanation = lxconfig::explain(std::string_view(info.name));
         QVERIFY2(explanation.found, info.name);
         QCOMPARE(fieldHeadings(explained(std::string_view(info.name))),
                  QStringList{QString::fromLatin1(info.name)});
@@ -80,7 +80,7 @@ void TestExplain::byCaptionOrControl()
 
 void TestExplain::unknownName()
 {
-    const auto explanation = lumarex::roundtrip::explain(std::string_view("frame skip rate"));
+    const auto explanation = lxconfig::explain(std::string_view("frame skip rate"));
     QVERIFY(!explanation.found);
     QVERIFY(explanation.lines.empty());
 }

@@ -20,7 +20,7 @@
 
 using lumarex::Field;
 using lumarex::RecordBytes;
-using lumarex::roundtrip::Verdict;
+using lumarex::Verdict;
 
 namespace {
 

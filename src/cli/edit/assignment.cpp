@@ -1,0 +1,121 @@
+#include "assignment.h"
+
+#include "fieldvalue.h"
+
+#include <cctype>
+#include <charconv>
+#include <limits>
+
+namespace lxconfig {
+
+using lumarex::FieldInfo;
+using lumarex::FieldType;
+
+namespace {
+
+constexpr int kAllElements = -1;
+
+// Letters, digits and the underscore; bytes of UTF-8 sequences count as letters, so that a
+// name in another script is read whole and then reported as no such field.
+bool isNameByte(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 || std::isalnum(byte) || c == '_';
+}
+
+bool isSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+} // namespace
+
+std::optional<std::int64_t> wholeNumber(std::string_view text)
+{
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    if (text.size() > 1 && text.front() == '+' && text[1] != '-')
+        text.remove_prefix(1);
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+namespace {
+
+std::optional<std::string> applyValue(lumarex::ConfigRecord &record, const FieldInfo &info,
+                                      int element, const std::string &value)
+{
+    if (info.type == FieldType::Ascii4) {
+        if (setMagicText(record, value))
+            return std::nullopt;
+        return std::string("expected ") + kMagicDescription;
+    }
+    const std::optional<std::int64_t> number = wholeNumber(value);
+    const ValueRange range = valueRange(info.type);
+    if (!number || *number < range.min || *number > range.max)
+        return "expected " + rangeDescription(info.type);
+    if (element == kAllElements)
+        setAllElements(record, info, *number);
+    else
+        setNumber(record, info, element, *number);
+    return std::nullopt;
+}
+
+std::optional<std::string> assignmentProblem(lumarex::ConfigRecord &record, const std::string &text)
+{
+    // NAME, then [DIGITS], then = and a value on one line.
+    std::size_t at = 0;
+    while (at < text.size() && isNameByte(text[at]))
+        ++at;
+    const std::string name = text.substr(0, at);
+    std::optional<std::string> index;
+    if (at < text.size() && text[at] == '[') {
+        const std::size_t digits = at + 1;
+        std::size_t end = digits;
+        while (end < text.size() && std::isdigit(static_cast<unsigned char>(text[end])))
+            ++end;
+        if (end > digits && end < text.size() && text[end] == ']') {
+            index = text.substr(digits, end - digits);
+            at = end + 1;
+        }
+    }
+    const bool matches = !name.empty() && at < text.size() && text[at] == '=' &&
+                         text.find('\n', at) == std::string::npos;
+    if (!matches)
+        return text + ": expected FIELD=VALUE or FIELD[INDEX]=VALUE";
+
+    const std::string key = text.substr(0, text.find('='));
+    const std::optional<lumarex::Field> field = lumarex::fieldByName(name);
+    if (!field)
+        return key + ": no such field";
+    if (*field == lumarex::Field::crc)
+        return key + ": the checksum is computed, not set";
+
+    const FieldInfo &info = lumarex::fieldInfo(*field);
+    int element = kAllElements;
+    if (index) {
+        const auto [end, error] =
+            std::from_chars(index->data(), index->data() + index->size(), element);
+        if (error != std::errc() || info.elementCount() == 1 || element >= info.elementCount())
+            return key + ": no such element";
+    }
+    if (std::optional<std::string> problem = applyValue(record, info, element, text.substr(at + 1)))
+        return key + ": " + *problem;
+    return std::nullopt;
+}
+
+} // namespace
+
+Done applyAssignment(lumarex::ConfigRecord &record, const std::string &text)
+{
+    if (const std::optional<std::string> problem = assignmentProblem(record, text))
+        return Failure{{}, *problem};
+    return {};
+}
+
+} // namespace lxconfig
