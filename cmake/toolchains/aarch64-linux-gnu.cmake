@@ -21,9 +21,13 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY BOTH)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 
-# The C library and dynamic loader of libc6-arm64-cross; the arm64 Qt libraries are found by
-# that loader in the multiarch folders /usr/lib/aarch64-linux-gnu.
+# The programs link against libc6-arm64-cross (/usr/aarch64-linux-gnu) but run on the multiarch
+# libraries (/lib/aarch64-linux-gnu: libc6:arm64 and the arm64 Qt). The dynamic loader must come
+# from the same glibc build as the libc.so.6 it loads, as the two share private data: with
+# "-L /usr/aarch64-linux-gnu" qemu took libc6-arm64-cross's loader (a different Debian revision
+# than libc6:arm64's), and every program hung in the loader when it started its first thread.
+# "-L /" (no prefix) gives /lib/ld-linux-aarch64.so.1 of libc6:arm64, as on an arm64 machine.
 find_program(LUMAREX_QEMU_AARCH64 qemu-aarch64-static)
 if(LUMAREX_QEMU_AARCH64)
-    set(CMAKE_CROSSCOMPILING_EMULATOR ${LUMAREX_QEMU_AARCH64} -L /usr/${LUMAREX_CROSS_TRIPLET})
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${LUMAREX_QEMU_AARCH64} -L /)
 endif()
