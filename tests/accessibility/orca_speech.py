@@ -463,7 +463,7 @@ def run_in_session(arguments):
             editor = session.start_editor(arguments.editor, display)
             session.poll(lambda: session.editor_watches_for_bus(editor),
                          "the editor to watch for the accessibility bus", editor)
-            bus = session.start_accessibility_bus()
+            bus = session.start_accessibility_bus(home)
             session.poll(session.accessibility_bus_owned, "the accessibility bus", editor)
             name = os.path.basename(arguments.editor)
             orca = start_orca(home, log_path)
