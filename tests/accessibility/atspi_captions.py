@@ -36,6 +36,8 @@ ROLE_OF_CLASS = {
     "QDoubleSpinBox": "spin button",
     "QLineEdit": "text",
 }
+# The stack of pages: a container a screen reader passes over, the page tab list names the page.
+PAGE_STACK_ROLE = "filler"
 GENERIC_ROLES = {"filler", "unknown", "panel", "redundant object", "invalid"}
 
 BUS_LAUNCHER_PLACES = [
@@ -254,9 +256,17 @@ def describe(accessible):
 def examine(pyatspi, frame, captions, page_count):
     """Returns (failures, summary counts)."""
     failures = []
-    stack = find_role(frame, "layered pane")
-    if stack is None:
-        return ["no layered pane (the tab pages) in the window"], None
+    tab_list = find_role(frame, "page tab list")
+    if tab_list is None:
+        return ["no page tab list (the row of page tabs) in the window"], None
+    stacks = [c for c in children(tab_list.parent) if c.getRoleName() != "page tab list"]
+    if len(stacks) != 1:
+        return [f"the tab widget holds {len(stacks)} objects beside its page tab list, "
+                f"expected 1, the stack of pages"], None
+    stack = stacks[0]
+    if stack.getRoleName() != PAGE_STACK_ROLE:
+        failures.append(f"the stack of pages is a {stack.getRoleName()!r}, expected "
+                        f"{PAGE_STACK_ROLE!r}: a screen reader would speak it on entering a page")
     pages = children(stack)
     if len(pages) != page_count:
         failures.append(f"{len(pages)} pages exposed, the form has {page_count}")
