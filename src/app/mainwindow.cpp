@@ -1,6 +1,7 @@
 #include "mainwindow.h"
 
 #include "comboboxaccessible.h"
+#include "tabpagesaccessible.h"
 #include "ui_mainwindow.h"
 
 #include <QAccessible>
@@ -27,6 +28,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), ui(new Ui::MainWi
 {
     // Before the form is built: a combo box's interface may be made while setupUi fills it.
     installComboBoxAccessibility();
+    installTabPagesAccessibility();
 
     // setupUi makes the start-up selections before it connects slots by name, so no form rule
     // runs while the window is built.

@@ -21,6 +21,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 import xml.etree.ElementTree as ElementTree
 
@@ -35,6 +36,8 @@ ROLE_OF_CLASS = {
     "QDoubleSpinBox": "spin button",
     "QLineEdit": "text",
 }
+# The stack of pages: a container a screen reader passes over, the page tab list names the page.
+PAGE_STACK_ROLE = "filler"
 GENERIC_ROLES = {"filler", "unknown", "panel", "redundant object", "invalid"}
 
 BUS_LAUNCHER_PLACES = [
@@ -129,11 +132,15 @@ def start_editor(editor, display):
     return subprocess.Popen([editor], env=env, start_new_session=True)
 
 
-def start_accessibility_bus():
+def start_accessibility_bus(runtime_dir):
     """The bus launcher, started after the editor. It is kept away from the display: a bus
     address published on the root window makes this toolkit version take its bus at start-up
-    without ever switching its bridge on, so the editor would never register."""
+    without ever switching its bridge on, so the editor would never register. Its socket goes in
+    runtime_dir, a folder of this run's own: with no XDG_RUNTIME_DIR the launcher uses the one
+    path ~/.cache/at-spi/bus for every bus, so a test running beside another one (or the end of
+    the last run) would replace or remove its socket, and a client connecting then fails."""
     env = {k: v for k, v in os.environ.items() if k != "DISPLAY"}
+    env["XDG_RUNTIME_DIR"] = runtime_dir
     return subprocess.Popen([bus_launcher(), "--launch-immediately"], env=env,
                             stdout=subprocess.DEVNULL, start_new_session=True)
 
@@ -249,9 +256,17 @@ def describe(accessible):
 def examine(pyatspi, frame, captions, page_count):
     """Returns (failures, summary counts)."""
     failures = []
-    stack = find_role(frame, "layered pane")
-    if stack is None:
-        return ["no layered pane (the tab pages) in the window"], None
+    tab_list = find_role(frame, "page tab list")
+    if tab_list is None:
+        return ["no page tab list (the row of page tabs) in the window"], None
+    stacks = [c for c in children(tab_list.parent) if c.getRoleName() != "page tab list"]
+    if len(stacks) != 1:
+        return [f"the tab widget holds {len(stacks)} objects beside its page tab list, "
+                f"expected 1, the stack of pages"], None
+    stack = stacks[0]
+    if stack.getRoleName() != PAGE_STACK_ROLE:
+        failures.append(f"the stack of pages is a {stack.getRoleName()!r}, expected "
+                        f"{PAGE_STACK_ROLE!r}: a screen reader would speak it on entering a page")
     pages = children(stack)
     if len(pages) != page_count:
         failures.append(f"{len(pages)} pages exposed, the form has {page_count}")
@@ -297,13 +312,14 @@ def examine(pyatspi, frame, captions, page_count):
 def run_in_session(arguments):
     captions, page_count = form_captions(arguments.form)
     display_server = editor = bus = None
+    runtime_dir = tempfile.TemporaryDirectory(prefix="lumarex-atspi-")
     try:
         display_server, display = start_display()
         os.environ["DISPLAY"] = display
         editor = start_editor(arguments.editor, display)
         poll(lambda: editor_watches_for_bus(editor), "the editor to watch for the "
              "accessibility bus", editor)
-        bus = start_accessibility_bus()
+        bus = start_accessibility_bus(runtime_dir.name)
         poll(accessibility_bus_owned, "the accessibility bus", editor)
         # Imported only now: the client library starts a bus of its own if it finds none.
         import pyatspi
@@ -316,6 +332,7 @@ def run_in_session(arguments):
         stop(editor)
         stop(bus)
         stop(display_server)
+        runtime_dir.cleanup()
 
     if len(captions) != CAPTIONED_CONTROLS:
         failures.append(f"the form captions {len(captions)} controls, expected "
