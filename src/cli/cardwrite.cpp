@@ -26,17 +26,14 @@ struct AlignedFree
 
 int openForReadBack(const std::string &path)
 {
-    // The pages this machine holds of the file go first, so that a read that cannot bypass the
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_DIRECT);
+    if (fd == -1 && errno == EINVAL)
+        fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // The pages this machine holds of the file go too, so that a read that cannot bypass the
     // cache (no O_DIRECT here) still comes from the medium.
-    const int cached = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (cached == -1)
-        return -1;
-    ::posix_fadvise(cached, 0, 0, POSIX_FADV_DONTNEED);
-    ::close(cached);
-    const int direct = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_DIRECT);
-    if (direct != -1 || errno != EINVAL)
-        return direct;
-    return ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd != -1)
+        ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
+    return fd;
 }
 
 // The file's bytes up to one block beyond expected, or the errno.
