@@ -23,8 +23,13 @@ constexpr std::size_t kLargestFile = 1 << 20;
 // The card named, or the only one mounted; nothing after an error line.
 std::optional<std::string> chosenCard(const Invocation &invocation, Output &output)
 {
-    if (invocation.arguments.size() > 1)
-        return invocation.arguments[1];
+    if (invocation.arguments.size() > 1) {
+        // "CARD/" as a shell completes it names the same card; the file is CARD/LXCONFIG.BIN.
+        std::string card = invocation.arguments[1];
+        while (card.size() > 1 && card.back() == '/')
+            card.pop_back();
+        return card;
+    }
     const std::vector<MountedCard> cards = mountedCards();
     if (cards.size() == 1)
         return cards.front().mountPoint;
