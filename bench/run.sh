@@ -7,6 +7,7 @@
 #     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
 #   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`;
 #   - lxconfig report's peak memory (GNU time) over the same 10,000 files.
+#   - lxconfig write (read back from the card) against cp and sync, on an exFAT card image.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
 # FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), JOBS (default 2).
 set -euo pipefail
@@ -54,6 +55,9 @@ echo "Measuring lxconfig report's peak memory over the same 10,000 files..." >&2
 bench/lxconfig/report-memory.sh "$build/src/cli/lxconfig" "$results" \
     >"$results/lxconfig-report-memory.txt"
 
+echo "Timing lxconfig write with its read-back against cp and sync on a card image..." >&2
+bench/lxconfig/cardwrite.sh "$build/src/cli/lxconfig" "$results" >"$results/lxconfig-cardwrite.txt"
+
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
     -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
@@ -76,3 +80,10 @@ awk '{
     printf "  to standard output   %8.1f MB\n", v["stdout_kb"] / 1024
     printf "  with -o              %8.1f MB   (a page of %.0f MB)\n", v["output_kb"] / 1024, v["page_bytes"] / 1048576
 }' "$results/lxconfig-report-memory.txt"
+echo
+awk '{
+    for (i = 1; i <= NF; ++i) { split($i, pair, "="); v[pair[1]] = pair[2] }
+    printf "lxconfig write on an %s card image (median of %d alternating runs; goal: 2x)\n", v["card"], v["runs"]
+    printf "  cp FILE CARD/ && sync     %8.1f ms   1.00\n", v["cp"] / 1e6
+    printf "  lxconfig write FILE CARD  %8.1f ms   %.2f\n", v["write"] / 1e6, v["write"] / v["cp"]
+}' "$results/lxconfig-cardwrite.txt"

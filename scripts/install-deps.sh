@@ -30,6 +30,8 @@ for need in "$@"; do
               # and mkfs.exfat, mounted with FUSE (the kernel has no FAT driver) by fusefat and
               # exfat-fuse, which bring fuse's fusermount.
               packages+=(dosfstools exfatprogs fusefat exfat-fuse fuse)
+              # Cards that lie, for lxconfig write's read-back (tests/cli/lyingcard.py).
+              packages+=(python3-fusepy)
               # Two real validators for the JSON Schema of lxconfig's form: python3-jsonschema,
               # and Ajv on Node.js (tests/html, below).
               packages+=(python3 python3-jsonschema)

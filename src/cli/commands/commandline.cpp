@@ -43,7 +43,8 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
         given(!invocation.fieldsPattern.empty(), kFields) ||
         given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
               kSheet) ||
-        given(invocation.quiet, kQuiet) || given(invocation.list, kList))
+        given(invocation.quiet, kQuiet) || given(invocation.list, kList) ||
+        given(invocation.checkOnly, kCheckOnly) || given(invocation.eject, kEject))
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -72,6 +73,8 @@ struct ParsedLine
     bool strict = false;
     bool quiet = false;
     bool list = false;
+    bool checkOnly = false;
+    bool eject = false;
     bool noPager = false;
     Format format = Format::Text;
     Backup backup = Backup::None;
@@ -92,7 +95,7 @@ struct ParsedLine
                    didYouMean("--" + unknown.front(),
                               {"--help", "--version", "--force", "--raw", "--strict", "--format",
                                "--fields", "--backup", "--output", "--quiet", "--list",
-                               "--no-pager"});
+                               "--no-pager", "--check-only", "--eject"});
         if (unknown.empty())
             return std::nullopt;
         std::string names;
@@ -157,6 +160,10 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.list = true;
         else if (name == "no-pager")
             line.noPager = true;
+        else if (name == "check-only")
+            line.checkOnly = true;
+        else if (name == "eject")
+            line.eject = true;
         else
             return false;
         return true;
@@ -297,6 +304,8 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.raw = line.raw;
     invocation.quiet = line.quiet;
     invocation.list = line.list;
+    invocation.checkOnly = line.checkOnly;
+    invocation.eject = line.eject;
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;

@@ -38,6 +38,9 @@ struct Invocation
     std::string pdfPath;       // report: print the sheet to this PDF through a browser
     std::string title;         // report: the camera's name on every sheet
     std::string paper;         // report: "a4" or "letter"; empty: the printer's
+
+    bool checkOnly = false; // write: what would change on the card, nothing written
+    bool eject = false;     // write: unmount the card and power it off afterwards
 };
 
 int checkCommand(const Invocation &invocation, Output &output);
@@ -52,5 +55,7 @@ int resaveCommand(const Invocation &invocation, Output &output);
 int applyCommand(const Invocation &invocation, Output &output);
 int reportCommand(const Invocation &invocation, Output &output);
 int helpCommand(const Invocation &invocation, Output &output);
+int cardsCommand(const Invocation &invocation, Output &output);
+int writeCommand(const Invocation &invocation, Output &output);
 
 } // namespace lxconfig

@@ -93,6 +93,24 @@ const std::vector<Command> &commandTable()
          "camera's file. Without -o or --pdf on a terminal it refuses to print the HTML: name\n"
          "a file with -o, or pipe it.\n",
          "lxconfig report cam*/LXCONFIG.BIN --pdf settings.pdf"},
+        {"cards", "cards", "list the mounted memory cards and their LXCONFIG.BIN", 0, 0,
+         OutputOption::None, kFormat, cardsCommand,
+         "The memory cards and USB sticks that are mounted, from the kernel's own tables: each\n"
+         "with its mount point, device, file system, size and free space, label, whether it is\n"
+         "read-only, and what check says of the LXCONFIG.BIN at its root (valid, refused and\n"
+         "why, unreadable and why, or none).\n",
+         "lxconfig cards"},
+        {"write", "write FILE [CARD]", "put a file on a card as LXCONFIG.BIN and read it back", 1,
+         2, OutputOption::None, kBackup | kCheckOnly | kEject, writeCommand,
+         "Puts FILE, which must pass check, on the card mounted at CARD as LXCONFIG.BIN, the old\n"
+         "file replaced safely; CARD may be left out when exactly one card is mounted. The file\n"
+         "is flushed to the card and read back from it, past every cache, before and after it\n"
+         "replaces the old one: \"written and verified\", or what went wrong (write-protected,\n"
+         "full, removed, or a card that does not keep what is written), the old file left as it\n"
+         "was wherever the card allows it; exit status 1 then. Then whether the card can be\n"
+         "pulled. --eject unmounts it and powers it off through udisksctl. --check-only writes\n"
+         "nothing and lists what would change on the card, as diff does.\n",
+         "lxconfig write --eject LXCONFIG.BIN /media/operator/CAM1"},
         {"help", "help [COMMAND]", "show this help, or a command's", 0, 1, OutputOption::None,
          kNoOption, helpCommand,
          "Without a command, the list of commands and options; with one, its own page, as\n"
@@ -138,6 +156,11 @@ std::vector<OptionInfo> optionsOf(const Command &command)
          "set, apply: no list of changes; check: print nothing",
          {"-q", "--quiet"}},
         {kList, "--list", "the settings index: page, caption, name, items", {"--list"}},
+        {kCheckOnly,
+         "--check-only",
+         "write nothing: what would change on the card",
+         {"--check-only"}},
+        {kEject, "--eject", "then unmount the card and power it off", {"--eject"}},
     };
     std::vector<OptionInfo> taken;
     if (command.output != OutputOption::None)

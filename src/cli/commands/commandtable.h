@@ -30,6 +30,8 @@ enum Accepts : unsigned
     kRaw = 1u << 6,
     kQuiet = 1u << 7,
     kList = 1u << 8,
+    kCheckOnly = 1u << 9,
+    kEject = 1u << 10,
 };
 
 inline constexpr int kAnyNumber = -1;

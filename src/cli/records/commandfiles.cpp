@@ -9,20 +9,6 @@ namespace lxconfig {
 
 namespace {
 
-// The record of bytes already read, with what the editor would say of it.
-Result<lumarex::ConfigRecord> checkedRecord(const std::string &path, const RecordFile &file,
-                                            Checks checks, Output &output)
-{
-    if (file.refusal) {
-        if (checks == Checks::Require)
-            return Failure{path, *file.refusal};
-        output.warning(path + ": " + *file.refusal);
-    }
-    if (file.sizeNote)
-        output.warning(path + ": " + *file.sizeNote);
-    return file.record;
-}
-
 // What a piece producer writes to a descriptor: 0, or the errno of the first failed write.
 OutputFile::ContentWriter writerOf(const PieceProducer &produce)
 {
@@ -52,6 +38,19 @@ Result<std::string> readTextFile(const std::string &path, std::size_t limit)
     if (!bytes)
         return bytes.failure();
     return std::move(bytes->data);
+}
+
+Result<lumarex::ConfigRecord> checkedRecord(const std::string &path, const RecordFile &file,
+                                            Checks checks, Output &output)
+{
+    if (file.refusal) {
+        if (checks == Checks::Require)
+            return Failure{path, *file.refusal};
+        output.warning(path + ": " + *file.refusal);
+    }
+    if (file.sizeNote)
+        output.warning(path + ": " + *file.sizeNote);
+    return file.record;
 }
 
 Result<lumarex::ConfigRecord> readInputFile(const std::string &path, Checks checks, Output &output)

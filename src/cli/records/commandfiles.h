@@ -32,6 +32,11 @@ Result<RecordFile> readRecordFile(const std::string &path);
 // A text file (a JSON form or template) of at most limit bytes; a longer one is the failure.
 Result<std::string> readTextFile(const std::string &path, std::size_t limit);
 
+// The record of a file whose bytes are already read, with what the editor would say of it: its
+// refusal is a warning (Warn) or the failure (Require); a size other than a record's is a warning.
+Result<lumarex::ConfigRecord> checkedRecord(const std::string &path, const RecordFile &file,
+                                            Checks checks, Output &output);
+
 // The record of the file for a command that goes on with it: the editor's refusal is a warning
 // (Warn) or the failure (Require); a size other than a record's is a warning.
 Result<lumarex::ConfigRecord> readInputFile(const std::string &path, Checks checks, Output &output);
