@@ -5,6 +5,7 @@
 
 #include "commandfiles.h"
 #include "commands.h"
+#include "fieldpatterns.h"
 #include "fieldvalue.h"
 #include "formfields.h"
 #include "jsonform.h"
@@ -13,10 +14,10 @@
 #include "recordfile.h"
 #include "ruleties.h"
 #include "settingname.h"
+#include "templatekeep.h"
 #include "windowedit.h"
 
 #include <algorithm>
-#include <fnmatch.h>
 #include <map>
 
 namespace lxconfig {
@@ -26,38 +27,9 @@ namespace {
 // A JSON form is small; a template larger than this is not one.
 constexpr std::size_t kTemplateLimit = 1 << 20;
 
-std::vector<std::string> patternsOf(const std::string &list)
-{
-    std::vector<std::string> patterns;
-    std::size_t start = 0;
-    for (;;) {
-        const std::size_t comma = list.find(',', start);
-        patterns.push_back(list.substr(start, comma - start));
-        if (comma == std::string::npos)
-            return patterns;
-        start = comma + 1;
-    }
-}
-
-// A shell pattern of field names in any letter case, or a setting as set names it (a caption).
-bool patternMatches(const std::string &pattern, const std::string &name)
-{
-    if (::fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0)
-        return true;
-    const NamedField named = fieldNamed(pattern);
-    return named.field && lumarex::fieldInfo(*named.field).name == name;
-}
-
-bool matchesAny(const std::vector<std::string> &patterns, const std::string &name)
-{
-    return std::any_of(patterns.begin(), patterns.end(), [&name](const std::string &pattern) {
-        return patternMatches(pattern, name);
-    });
-}
-
 // The template's form, narrowed to the fields --fields names; nothing after an error line.
 std::optional<JsonValue> readTemplate(const std::string &path, const std::string &fieldsPattern,
-                                      Output &output)
+                                      const std::string &exceptPattern, Output &output)
 {
     InputBytes bytes;
     if (!report(readInput(path, kTemplateLimit, Overflow::Refuse, bytes), output))
@@ -69,6 +41,8 @@ std::optional<JsonValue> readTemplate(const std::string &path, const std::string
     // The checksum is mended in every file, so a template exported whole may carry one.
     if (!problem)
         form.erase("crc");
+    if (!problem)
+        problem = leaveKept(form, exceptPattern);
     lumarex::ConfigRecord probe;
     if (!problem)
         problem = setFieldsFromJson(form, probe);
@@ -201,7 +175,7 @@ int applyCommand(const Invocation &invocation, Output &output)
 {
     const std::string &templatePath = invocation.arguments.at(0);
     const std::optional<JsonValue> form =
-        readTemplate(templatePath, invocation.fieldsPattern, output);
+        readTemplate(templatePath, invocation.fieldsPattern, invocation.exceptPattern, output);
     if (!form)
         return kExitFailure;
     if (invocation.raw)

@@ -38,6 +38,9 @@ struct Invocation
     std::string pdfPath;       // report: print the sheet to this PDF through a browser
     std::string title;         // report: the camera's name on every sheet
     std::string paper;         // report: "a4" or "letter"; empty: the printer's
+    bool formatGiven = false;  // export, import: --format given (text: the settings as text)
+    std::string fromPath;      // set: the settings as text, from this file ("-": standard input)
+    std::string exceptPattern; // apply: the template's fields left as each file has them
 };
 
 int checkCommand(const Invocation &invocation, Output &output);

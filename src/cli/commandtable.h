@@ -30,6 +30,9 @@ enum Accepts : unsigned
     kRaw = 1u << 6,
     kQuiet = 1u << 7,
     kList = 1u << 8,
+    kTextForm = 1u << 9, // export's and import's --format: json or text
+    kFrom = 1u << 10,
+    kExcept = 1u << 11,
 };
 
 inline constexpr int kAnyNumber = -1;

@@ -1,8 +1,10 @@
-// lxconfig export FILE [-o OUT]: the record in its JSON form, on standard output or into OUT.
+// lxconfig export FILE [-o OUT]: the record in its JSON form, or with --format text as
+// NAME = VALUE lines (textform.h), on standard output or into OUT.
 
 #include "commandfiles.h"
 #include "commands.h"
 #include "jsonform.h"
+#include "textform.h"
 
 namespace lxconfig {
 
@@ -15,7 +17,9 @@ int exportCommand(const Invocation &invocation, Output &output)
     if (!record)
         return kExitFailure;
     std::string error;
-    const std::optional<std::string> json = recordToJson(*record, error);
+    const bool asText = invocation.formatGiven && invocation.format == Format::Text;
+    const std::optional<std::string> json =
+        asText ? std::optional<std::string>(recordToText(*record)) : recordToJson(*record, error);
     if (!json) {
         output.error(path + ": " + error);
         return kExitFailure;

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "jsonform.h"
 #include "recordfile.h"
+#include "textform.h"
 
 namespace lxconfig {
 
@@ -25,7 +26,9 @@ int importCommand(const Invocation &invocation, Output &output)
     if (!report(readInput(path, kJsonLimit, Overflow::Refuse, contents), output))
         return kExitFailure;
     std::string error;
-    std::optional<lumarex::ConfigRecord> record = recordFromJson(contents.data, error);
+    const bool asText = invocation.formatGiven && invocation.format == Format::Text;
+    std::optional<lumarex::ConfigRecord> record =
+        asText ? recordFromText(contents.data, error) : recordFromJson(contents.data, error);
     if (!record) {
         output.error(path + ": " + error);
         return kExitFailure;
