@@ -6,10 +6,12 @@
 #   - start-up to the first painted window, the editor against a bare QMainWindow of its size:
 #     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
 #   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`;
-#   - lxconfig report's peak memory (GNU time) over the same 10,000 files.
-#   - lxconfig write (read back from the card) against cp and sync, on an exFAT card image.
+#   - lxconfig report's peak memory (GNU time) over the same 10,000 files;
+#   - lxconfig write (read back from the card) against cp and sync, on an exFAT card image;
+#   - lxconfig apply over 10,000 files against the floor of a safe replacement of each.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
-# FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), JOBS (default 2).
+# FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), APPLY_RUNS (default 5), JOBS
+# (default 2).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=build-bench
@@ -19,7 +21,8 @@ scripts/install-deps.sh build bench
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
     -DLUMAREX_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build "$build" -j "${JOBS:-2}" --target lumarex-filebench lumarex-config-startup \
-    bare-window-startup lumarex-startup-bench lumarex-roundtripbench lxconfig >/dev/null
+    bare-window-startup lumarex-startup-bench lumarex-roundtripbench lxconfig \
+    lumarex-safereplace >/dev/null
 mkdir -p "$results"
 
 echo "Running the file benchmarks..." >&2
@@ -57,6 +60,9 @@ bench/lxconfig/report-memory.sh "$build/src/cli/lxconfig" "$results" \
 
 echo "Timing lxconfig write with its read-back against cp and sync on a card image..." >&2
 bench/lxconfig/cardwrite.sh "$build/src/cli/lxconfig" "$results" >"$results/lxconfig-cardwrite.txt"
+echo "Timing lxconfig apply against a safe replacement over 10,000 files..." >&2
+bench/lxconfig/apply.sh "$build/src/cli/lxconfig" "$build/bench/lumarex-safereplace" "$results" \
+    "${APPLY_RUNS:-5}" >"$results/lxconfig-apply.txt"
 
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
@@ -87,3 +93,8 @@ awk '{
     printf "  cp FILE CARD/ && sync     %8.1f ms   1.00\n", v["cp"] / 1e6
     printf "  lxconfig write FILE CARD  %8.1f ms   %.2f\n", v["write"] / 1e6, v["write"] / v["cp"]
 }' "$results/lxconfig-cardwrite.txt"
+    printf "lxconfig apply over %d files, one process (median of '"${APPLY_RUNS:-5}"' runs)\n", v["files"]
+    printf "  read, write a temporary, fsync, rename (floor)   %8.1f ms  %6.2f ms/file   1.00\n", v["floor"] / 1e6, v["floor"] / 1e6 / v["files"]
+    printf "  the same, the folder synced after each rename    %8.1f ms  %6.2f ms/file   %.2f\n", v["durable"] / 1e6, v["durable"] / 1e6 / v["files"], v["durable"] / v["floor"]
+    printf "  lxconfig apply of a fleet template               %8.1f ms  %6.2f ms/file   %.2f\n", v["apply"] / 1e6, v["apply"] / 1e6 / v["files"], v["apply"] / v["floor"]
+}' "$results/lxconfig-apply.txt"

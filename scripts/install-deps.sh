@@ -37,6 +37,8 @@ for need in "$@"; do
               packages+=(python3 python3-jsonschema)
               # The settings sheet printed by a real browser, and its PDF read back.
               packages+=(chromium poppler-utils)
+              # git, which diffs configuration files through lxconfig's text form (textconv).
+              packages+=(git)
               # The sheet's checkers and Ajv (tests/html): the Nu HTML Checker on Java, axe-core
               # and puppeteer-core on Node, installed from the lockfile by npm ci below.
               # A Node or Java installed otherwise (not by Debian's packages) is used as it is.

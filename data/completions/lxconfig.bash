@@ -12,7 +12,7 @@ _lxconfig_command()
     local i
     for ((i = 1; i < cword; i++)); do
         case ${words[i]} in
-            -o | --output | --format | --fields) ((i++)) ;;
+            -o | --output | --format | --fields | --from | --except) ((i++)) ;;
             -*) ;;
             *)
                 printf '%s %s\n' "${words[i]}" "$i"
@@ -47,7 +47,7 @@ _lxconfig()
     command=${found% *}
     at=${found#* }
     case $prev in
-        -o | --output)
+        -o | --output | --from)
             _filedir
             return
             ;;
@@ -55,7 +55,7 @@ _lxconfig()
             mapfile -t COMPREPLY < <(compgen -W "text json" -- "$cur")
             return
             ;;
-        --fields)
+        --fields | --except)
             mapfile -t COMPREPLY < <(compgen -W "$(lxconfig --complete fields)" -- "$cur")
             return
             ;;
@@ -86,7 +86,7 @@ _lxconfig()
     local i arguments=0
     for ((i = at + 1; i < cword; i++)); do
         case ${words[i]} in
-            -o | --output | --format | --fields) ((i++)) ;;
+            -o | --output | --format | --fields | --from | --except) ((i++)) ;;
             -*) ;;
             *) ((arguments++)) ;;
         esac

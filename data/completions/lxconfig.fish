@@ -15,7 +15,7 @@ function __lxconfig_command_and_count
             continue
         end
         switch $token
-            case -o --output --format --fields
+            case -o --output --format --fields --from --except
                 set skip 1
             case '-*'
             case '*'
@@ -47,7 +47,7 @@ function __lxconfig_at
 end
 
 function __lxconfig_wants_files
-    __lxconfig_after --format --fields; and return 1
+    __lxconfig_after --format --fields --except; and return 1
     set -l found (string split ' ' -- (__lxconfig_command_and_count))
     test (count $found) = 2; or return 1
     switch $found[1]
@@ -82,9 +82,9 @@ end
 complete -c lxconfig -n 'not __lxconfig_at set 0; and __lxconfig_command_and_count | string match -q "set *"; and string match -qr -- "^[^-].*=" (commandline -ct)' -x -a '(__lxconfig_set_values)'
 complete -c lxconfig -n __lxconfig_wants_files -F
 # The values of options; the options themselves come with the command's own list above.
-complete -c lxconfig -n '__lxconfig_after -o --output' -F
+complete -c lxconfig -n '__lxconfig_after -o --output --from' -F
 complete -c lxconfig -n '__lxconfig_after --format' -x -a 'text json'
-complete -c lxconfig -n '__lxconfig_after --fields' -x -a '(lxconfig --complete fields)'
+complete -c lxconfig -n '__lxconfig_after --fields --except' -x -a '(lxconfig --complete fields)'
 # A value joined to its option (--format=json), offered whole as fish matches the whole word.
 function __lxconfig_joined_values
     set -l found (string split ' ' -- (__lxconfig_command_and_count))
@@ -93,6 +93,8 @@ function __lxconfig_joined_values
             string replace -r '^' -- --format= text json
         case '--fields=*'
             lxconfig --complete fields | string replace -r '^' -- --fields=
+        case '--except=*'
+            lxconfig --complete fields | string replace -r '^' -- --except=
         case '--backup=*'
             lxconfig --complete options $found[1] | string match -- '--backup=*'
     end

@@ -42,6 +42,10 @@ private slots:
     void backups();
     void quiet();
     void unchangedFileLeftAlone();
+    void exceptKeepsEachCamerasOwn_data();
+    void exceptKeepsEachCamerasOwn();
+    void badKeptPatterns_data();
+    void badKeptPatterns();
 
 private:
     Workspace m_workspace;
@@ -243,6 +247,79 @@ void TestApply::unchangedFileLeftAlone()
     QCOMPARE(fileInode(m_workspace.path("cam2.bin")), inode);
     QVERIFY(!m_workspace.exists("cam2.bin~"));
     QVERIFY(m_workspace.exists("cam1.bin~"));
+}
+
+void TestApply::exceptKeepsEachCamerasOwn_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("keep"); // the template's "keep" list, or nothing
+    QTest::newRow("--except") << QStringList{"--except", "serial*"} << QString();
+    QTest::newRow("--except, a caption") << QStringList{"--except", "Baudrate"} << QString();
+    QTest::newRow("keep list") << QStringList() << R"(["Serial*"])";
+}
+
+// Copy cam1 to the fleet, keep each camera's own: cam2's baud rate stays its own.
+void TestApply::exceptKeepsEachCamerasOwn()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, keep);
+    m_workspace.write("master.bin", m_workspace.read("good.bin"));
+    QCOMPARE(m_workspace
+                 .run({"set", "-q", "master.bin", "gpsReceiver=Custom", "serialBaudrate=115200",
+                       "triggerFrameMode=Single"})
+                 .exitCode,
+             0);
+    QCOMPARE(m_workspace.run({"export", "master.bin", "-o", "fleet.json"}).exitCode, 0);
+    if (!keep.isEmpty()) {
+        m_workspace.write(
+            "fleet.json",
+            m_workspace.read("fleet.json").replace("{\n", "{\n\"keep\": " + keep.toUtf8() + ",\n"));
+    }
+    const QString applied =
+        options.contains("Baudrate") ? "43 fields applied" : "40 fields applied";
+    const QString changes =
+        " 2 changed\n"
+        "  triggerFrameMode: 0 \"Ongoing stream (default)\" -> 1 \"Single frame "
+        "capture\"\n"
+        "  gpsReceiver: 2 \"Lumarex GPS Receiver - based on u-blox 8 Multi GNSS "
+        "UBX-M8030-KT chipset\" -> 0 \"Custom settings\"\n";
+    COMPARE_RUN(m_workspace.run(QStringList{"apply"} + options +
+                                QStringList{"fleet.json", "cam1.bin", "cam2.bin"}),
+                0, "cam1.bin: " + applied + "," + changes + "cam2.bin: " + applied + "," + changes,
+                "");
+    QVERIFY(m_workspace.run({"export", "--format", "text", "cam2.bin"})
+                .out.contains("\nserialBaudrate = \"9600\"\n"));
+}
+
+void TestApply::badKeptPatterns_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("err");
+    QTest::newRow("--except, no such field")
+        << QByteArray(R"({"esoHeating": 3})") << QStringList{"--except", "serialBaudrat"}
+        << "lxconfig: t.json: --except: no field matches \"serialBaudrat\" (did you mean "
+           "serialBaudrate?)\n";
+    QTest::newRow("keep, not a list")
+        << QByteArray(R"({"keep": "serial*", "esoHeating": 3})") << QStringList()
+        << "lxconfig: t.json: keep: expected a list of field patterns, as --fields takes\n";
+    QTest::newRow("keep, no such field")
+        << QByteArray(R"({"keep": ["nothing*"], "esoHeating": 3})") << QStringList()
+        << "lxconfig: t.json: keep: no field matches \"nothing*\"\n";
+    QTest::newRow("all kept") << QByteArray(R"({"keep": ["eso*"], "esoHeating": 3})")
+                              << QStringList() << "lxconfig: t.json: the template sets no field\n";
+}
+
+void TestApply::badKeptPatterns()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QStringList, options);
+    QFETCH(QString, err);
+    m_workspace.write("t.json", json);
+    const QByteArray before = m_workspace.read("cam1.bin");
+    COMPARE_RUN(m_workspace.run(QStringList{"apply"} + options + QStringList{"t.json", "cam1.bin"}),
+                1, "", err);
+    QCOMPARE(m_workspace.read("cam1.bin"), before);
 }
 
 QTEST_GUILESS_MAIN(TestApply)

@@ -74,7 +74,7 @@ void TestCompletion::offered_data()
         *row("check's options") << shell << QStringList{"lxconfig", "check", "--s"}
                                 << QStringList{"--strict"};
         *row("set's options") << shell << QStringList{"lxconfig", "set", "--f"}
-                              << QStringList{"--force"};
+                              << QStringList{"--force", "--from"};
         *row("field after set FILE") << shell << QStringList{"lxconfig", "set", "good.bin", "gps"}
                                      << QStringList{"gpsReceiver="};
         *row("field after another change")
@@ -90,6 +90,12 @@ void TestCompletion::offered_data()
                                  << QStringList{files};
         *row("file after set") << shell << QStringList{"lxconfig", "set", "goo"}
                                << QStringList{files};
+        *row("file after --from") << shell
+                                  << QStringList{"lxconfig", "set", "good.bin", "--from", "goo"}
+                                  << QStringList{files};
+        *row("field after --except")
+            << shell << QStringList{"lxconfig", "apply", "--except", "serialB"}
+            << QStringList{"serialBaudrate"};
         // Words that hold an "=", which bash also cuts there.
         const bool bash = QString(shell) == "bash"; // bash replaces only what follows the "="
         *row("file after --backup=KIND")

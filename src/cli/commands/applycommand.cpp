@@ -5,6 +5,7 @@
 
 #include "commandfiles.h"
 #include "commands.h"
+#include "fieldpatterns.h"
 #include "fieldvalue.h"
 #include "formfields.h"
 #include "jsonform.h"
@@ -14,10 +15,10 @@
 #include "recordfile.h"
 #include "ruleties.h"
 #include "settingname.h"
+#include "templatekeep.h"
 #include "windowedit.h"
 
 #include <algorithm>
-#include <fnmatch.h>
 #include <map>
 
 namespace lxconfig {
@@ -27,37 +28,9 @@ namespace {
 // A JSON form is small; a template larger than this is not one.
 constexpr std::size_t kTemplateLimit = 1 << 20;
 
-std::vector<std::string> patternsOf(const std::string &list)
-{
-    std::vector<std::string> patterns;
-    std::size_t start = 0;
-    for (;;) {
-        const std::size_t comma = list.find(',', start);
-        patterns.push_back(list.substr(start, comma - start));
-        if (comma == std::string::npos)
-            return patterns;
-        start = comma + 1;
-    }
-}
-
-// A shell pattern of field names in any letter case, or a setting as set names it (a caption).
-bool patternMatches(const std::string &pattern, const std::string &name)
-{
-    if (::fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0)
-        return true;
-    const NamedField named = fieldNamed(pattern);
-    return named.field && lumarex::fieldInfo(*named.field).name == name;
-}
-
-bool matchesAny(const std::vector<std::string> &patterns, const std::string &name)
-{
-    return std::any_of(patterns.begin(), patterns.end(), [&name](const std::string &pattern) {
-        return patternMatches(pattern, name);
-    });
-}
-
-// The template's form, narrowed to the fields --fields names.
-Result<JsonValue> readTemplate(const std::string &path, const std::string &fieldsPattern)
+// The template's form, narrowed to the fields --fields names, without those --except names.
+Result<JsonValue> readTemplate(const std::string &path, const std::string &fieldsPattern,
+                               const std::string &exceptPattern)
 {
     const Result<std::string> text = readTextFile(path, kTemplateLimit);
     if (!text)
@@ -72,6 +45,8 @@ Result<JsonValue> readTemplate(const std::string &path, const std::string &field
     // The checksum is mended in every file, so a template exported whole may carry one.
     if (!problem)
         form.erase("crc");
+    if (!problem)
+        problem = leaveKept(form, exceptPattern);
     lumarex::ConfigRecord probe;
     if (!problem) {
         if (Done set = setFieldsFromJson(form, probe); !set)
@@ -203,7 +178,8 @@ bool applyTo(const std::string &path, const JsonValue &form, const Invocation &i
 int applyCommand(const Invocation &invocation, Output &output)
 {
     const std::string &templatePath = invocation.arguments.at(0);
-    const Result<JsonValue> form = readTemplate(templatePath, invocation.fieldsPattern);
+    const Result<JsonValue> form =
+        readTemplate(templatePath, invocation.fieldsPattern, invocation.exceptPattern);
     if (!succeeded(form, output))
         return kExitFailure;
     if (invocation.raw)

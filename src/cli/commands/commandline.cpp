@@ -38,13 +38,16 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
         return used && !(command.accepts & option);
     };
     if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
-        given(invocation.raw, kRaw) || given(invocation.format != Format::Text, kFormat) ||
+        given(invocation.raw, kRaw) ||
+        given(invocation.format != Format::Text, kFormat | kTextForm) ||
         given(invocation.backup != Backup::None, kBackup) ||
         given(!invocation.fieldsPattern.empty(), kFields) ||
         given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
               kSheet) ||
         given(invocation.quiet, kQuiet) || given(invocation.list, kList) ||
-        given(invocation.checkOnly, kCheckOnly) || given(invocation.eject, kEject))
+        given(invocation.checkOnly, kCheckOnly) || given(invocation.eject, kEject) ||
+        given(!invocation.fromPath.empty(), kFrom) ||
+        given(!invocation.exceptPattern.empty(), kExcept))
         return false;
     switch (command.output) {
     case OutputOption::None:
@@ -82,6 +85,9 @@ struct ParsedLine
     std::string pdfPath;
     std::string title;
     std::string paper;
+    bool formatGiven = false;
+    std::string fromPath;
+    std::string exceptPattern;
     std::string error;
     std::vector<std::string> unknown;
 
@@ -95,7 +101,7 @@ struct ParsedLine
                    didYouMean("--" + unknown.front(),
                               {"--help", "--version", "--force", "--raw", "--strict", "--format",
                                "--fields", "--backup", "--output", "--quiet", "--list",
-                               "--no-pager", "--check-only", "--eject"});
+                               "--no-pager", "--check-only", "--eject", "--from", "--except"});
         if (unknown.empty())
             return std::nullopt;
         std::string names;
@@ -173,6 +179,7 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
         if (name == "output") {
             line.outputPath = value;
         } else if (name == "format") {
+            line.formatGiven = true;
             if (const std::optional<Format> format = formatNamed(value))
                 line.format = *format;
             else
@@ -193,11 +200,19 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             if (value != "a4" && value != "letter")
                 line.error = "Unknown paper '" + value + "' (a4 or letter).";
             line.paper = value;
+        } else if (name == "from") {
+            if (value.empty())
+                line.error = "The file name after '--from' is empty.";
+            line.fromPath = value;
+        } else if (name == "except") {
+            if (value.empty())
+                line.error = "The pattern after '--except' is empty.";
+            line.exceptPattern = value;
         }
     };
     const auto takesValue = [](const std::string &name) {
         return name == "output" || name == "format" || name == "fields" || name == "pdf" ||
-               name == "title" || name == "paper";
+               name == "title" || name == "paper" || name == "from" || name == "except";
     };
     for (auto it = arguments.begin(); it != arguments.end(); ++it) {
         const std::string &argument = *it;
@@ -312,6 +327,9 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.pdfPath = line.pdfPath;
     invocation.title = line.title;
     invocation.paper = line.paper;
+    invocation.formatGiven = line.formatGiven;
+    invocation.fromPath = line.fromPath;
+    invocation.exceptPattern = line.exceptPattern;
     if (!fits(*command, invocation, line.outputPath.has_value())) {
         output.usageError(std::string("usage: lxconfig ") + command->synopsis, command->name);
         return kExitError;

@@ -39,8 +39,11 @@ struct Invocation
     std::string title;         // report: the camera's name on every sheet
     std::string paper;         // report: "a4" or "letter"; empty: the printer's
 
-    bool checkOnly = false; // write: what would change on the card, nothing written
-    bool eject = false;     // write: unmount the card and power it off afterwards
+    bool checkOnly = false;    // write: what would change on the card, nothing written
+    bool eject = false;        // write: unmount the card and power it off afterwards
+    bool formatGiven = false;  // export, import: --format given (text: the settings as text)
+    std::string fromPath;      // set: the settings as text, from this file ("-": standard input)
+    std::string exceptPattern; // apply: the template's fields left as each file has them
 };
 
 int checkCommand(const Invocation &invocation, Output &output);

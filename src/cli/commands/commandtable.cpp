@@ -21,22 +21,29 @@ const std::vector<Command> &commandTable()
          "codes also with the text the editor shows for them.\n",
          "lxconfig show LXCONFIG.BIN"},
         {"export", "export FILE [-o OUT]", "write the fields as JSON to standard output or OUT", 1,
-         1, OutputOption::Optional, kBackup, exportCommand,
+         1, OutputOption::Optional, kBackup | kTextForm, exportCommand,
          "The fields as a JSON object, one key per field, for scripts to read or edit and\n"
-         "import to write back.\n",
+         "import to write back.\n"
+         "With --format text, the settings as text: one NAME = VALUE line per setting, page by\n"
+         "page, in the window's words (a stored value the window shows otherwise as the number\n"
+         "with a note), then the header, constants and checksum: every byte of the file, and\n"
+         "nothing that changes between runs. git can diff files through it (textconv).\n",
          "lxconfig export LXCONFIG.BIN -o config.json"},
         {"import", "import JSON -o FILE", "write the record that a JSON form describes", 1, 1,
-         OutputOption::Required, kBackup, importCommand,
+         OutputOption::Required, kBackup | kTextForm, importCommand,
          "Writes the record that a JSON form (as export writes it) describes, with a fresh\n"
          "checksum. A missing, unknown or repeated key or a value out of its field's range is\n"
-         "reported with the key's name, and nothing is written.\n",
+         "reported with the key's name, and nothing is written.\n"
+         "With --format text, the settings as export --format text writes them, every setting\n"
+         "once (crc may be left out): the file is restored byte for byte, values the window\n"
+         "cannot hold included; an error names the line.\n",
          "lxconfig import config.json -o LXCONFIG.BIN"},
         {"defaults", "defaults -o FILE", "write what the editor saves from its untouched form", 0,
          0, OutputOption::Required, kBackup, defaultsCommand,
          "Writes the exact bytes the editor saves from its untouched form.\n",
          "lxconfig defaults -o LXCONFIG.BIN"},
-        {"set", "set FILE SETTING=VALUE...", "change settings as the window does", 2, kAnyNumber,
-         OutputOption::None, kForce | kBackup | kRaw | kQuiet, setCommand,
+        {"set", "set FILE SETTING=VALUE...", "change settings as the window does", 1, kAnyNumber,
+         OutputOption::None, kForce | kBackup | kRaw | kQuiet | kFrom, setCommand,
          "Changes settings of the file as an operator changes them in the window, in the order\n"
          "given, the form's rules included, and mends the checksum. SETTING is a field name in\n"
          "any letter case or the caption the window shows (PAGE:CAPTION where one repeats);\n"
@@ -47,7 +54,11 @@ const std::vector<Command> &commandTable()
          "with --raw, --force also writes a magic or format version the editor refuses.\n"
          "A file that fails check is refused. Prints a line for the file, then each setting\n"
          "that changed, old -> new, as diff shows them, naming the rule that changed it\n"
-         "(-q: nothing). A file in which nothing changes is neither rewritten nor backed up.\n",
+         "(-q: nothing). A file in which nothing changes is neither rewritten nor backed up.\n"
+         "--from TEXT takes the settings from a text form (export --format text; '-' reads\n"
+         "standard input; lines beginning with '#' and blank lines are ignored) in one write,\n"
+         "all or nothing, as the window changes them; a line that names the value the file\n"
+         "holds changes nothing. An error names the line.\n",
          "lxconfig set LXCONFIG.BIN gpsReceiver=0 serialBaudrate=9600"},
         {"diff", "diff A [B]", "list the fields that differ (one file: from the defaults)", 1, 2,
          OutputOption::None, kFormat, diffCommand,
@@ -70,7 +81,8 @@ const std::vector<Command> &commandTable()
          "nothing is written.\n",
          "lxconfig resave LXCONFIG.BIN -o RESAVED.BIN"},
         {"apply", "apply TEMPLATE FILE...", "set a JSON template's fields in each file", 2,
-         kAnyNumber, OutputOption::None, kFields | kBackup | kForce | kRaw | kQuiet, applyCommand,
+         kAnyNumber, OutputOption::None, kFields | kBackup | kForce | kRaw | kQuiet | kExcept,
+         applyCommand,
          "Sets the fields of a JSON form with all or only some keys (as export writes it) in\n"
          "each file, as set would: checked, locked, changed as the window changes them (the\n"
          "gimbal, GPS receiver, external shutter and trigger pin mode first), the checksum\n"
@@ -78,7 +90,9 @@ const std::vector<Command> &commandTable()
          "new (-q: nothing); a file in which nothing changes is not rewritten. Exit status 1\n"
          "if any failed. --fields takes a comma-separated list of shell patterns. With --raw\n"
          "the stored numbers are written as given, and a warning names the fields a form rule\n"
-         "ties to a field that the template sets without them.\n",
+         "ties to a field that the template sets without them.\n"
+         "--except takes patterns as --fields does and leaves those fields as each file has\n"
+         "them; so does a template's \"keep\" key, a list of such patterns.\n",
          "lxconfig apply --fields 'serial*,gpsReceiver' fleet.json cam*/LXCONFIG.BIN"},
         {"report", "report FILE... [-o OUT]", "write a printable settings sheet (HTML)", 1,
          kAnyNumber, OutputOption::Optional, kBackup | kSheet, reportCommand,
@@ -161,6 +175,15 @@ std::vector<OptionInfo> optionsOf(const Command &command)
          "write nothing: what would change on the card",
          {"--check-only"}},
         {kEject, "--eject", "then unmount the card and power it off", {"--eject"}},
+        {kTextForm,
+         "--format FORMAT",
+         "json (the default) or text: NAME = VALUE lines",
+         {"--format"}},
+        {kFrom, "--from TEXT", "the settings as text, from TEXT ('-': standard input)", {"--from"}},
+        {kExcept,
+         "--except PATTERN",
+         "leave the fields whose names match as they are",
+         {"--except"}},
     };
     std::vector<OptionInfo> taken;
     if (command.output != OutputOption::None)

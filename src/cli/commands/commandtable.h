@@ -32,6 +32,9 @@ enum Accepts : unsigned
     kList = 1u << 8,
     kCheckOnly = 1u << 9,
     kEject = 1u << 10,
+    kTextForm = 1u << 11, // export's and import's --format: json or text
+    kFrom = 1u << 12,
+    kExcept = 1u << 13,
 };
 
 inline constexpr int kAnyNumber = -1;

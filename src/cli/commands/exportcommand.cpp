@@ -1,8 +1,10 @@
-// lxconfig export FILE [-o OUT]: the record in its JSON form, on standard output or into OUT.
+// lxconfig export FILE [-o OUT]: the record in its JSON form, or with --format text as
+// NAME = VALUE lines (textform.h), on standard output or into OUT.
 
 #include "commandfiles.h"
 #include "commands.h"
 #include "jsonform.h"
+#include "textform.h"
 
 namespace lxconfig {
 
@@ -15,7 +17,9 @@ int exportCommand(const Invocation &invocation, Output &output)
     const Result<lumarex::ConfigRecord> record = readInputFile(path, Checks::Warn, output);
     if (!succeeded(record, output))
         return kExitFailure;
-    const Result<std::string> json = recordToJson(*record);
+    const bool asText = invocation.formatGiven && invocation.format == Format::Text;
+    const Result<std::string> json =
+        asText ? Result<std::string>(recordToText(*record)) : recordToJson(*record);
     if (!json) {
         output.error(json.failure().in(path).message());
         return kExitFailure;

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "jsonform.h"
 #include "recordfile.h"
+#include "textform.h"
 
 namespace lxconfig {
 
@@ -25,7 +26,9 @@ int importCommand(const Invocation &invocation, Output &output)
     const Result<std::string> contents = readTextFile(path, kJsonLimit);
     if (!succeeded(contents, output))
         return kExitFailure;
-    Result<lumarex::ConfigRecord> record = recordFromJson(*contents);
+    const bool asText = invocation.formatGiven && invocation.format == Format::Text;
+    Result<lumarex::ConfigRecord> record =
+        asText ? recordFromText(*contents) : recordFromJson(*contents);
     if (!record) {
         output.error(record.failure().in(path).message());
         return kExitFailure;

@@ -7,8 +7,10 @@
 #include "assignment.h"
 #include "commandfiles.h"
 #include "commands.h"
+#include "commandtable.h"
 #include "recordchange.h"
 #include "recordfile.h"
+#include "textset.h"
 #include "windowedit.h"
 
 #include <map>
@@ -36,6 +38,12 @@ std::optional<std::string> refusedHeader(const lumarex::ConfigRecord &record)
 
 int setCommand(const Invocation &invocation, Output &output)
 {
+    if (!invocation.fromPath.empty())
+        return setFromText(invocation, output);
+    if (invocation.arguments.size() < 2) {
+        output.usageError(std::string("usage: lxconfig ") + findCommand("set")->synopsis, "set");
+        return kExitError;
+    }
     const std::string &path = invocation.arguments.at(0);
     FileForChange file;
     Result<lumarex::ConfigRecord> record = file.read(path, output);
