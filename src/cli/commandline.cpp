@@ -26,8 +26,11 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
         return used && !(command.accepts & option);
     };
     if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
-        given(invocation.raw, kRaw) || given(invocation.format != Format::Text, kFormat) ||
-        given(invocation.backup != Backup::None, kBackup) ||
+        given(invocation.raw, kRaw) ||
+        given(invocation.format != Format::Text, kFormat | kTableFormats) ||
+        given(invocation.format == Format::Csv || invocation.format == Format::Html,
+              kTableFormats) ||
+        given(invocation.all, kAll) || given(invocation.backup != Backup::None, kBackup) ||
         given(!invocation.fieldsPattern.empty(), kFields) ||
         given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
               kSheet) ||
@@ -60,6 +63,7 @@ struct ParsedLine
     bool strict = false;
     bool quiet = false;
     bool list = false;
+    bool all = false;
     bool noPager = false;
     Format format = Format::Text;
     Backup backup = Backup::None;
@@ -80,7 +84,7 @@ struct ParsedLine
                    didYouMean("--" + unknown.front(),
                               {"--help", "--version", "--force", "--raw", "--strict", "--format",
                                "--fields", "--backup", "--output", "--quiet", "--list",
-                               "--no-pager"});
+                               "--no-pager", "--all"});
         if (unknown.empty())
             return std::nullopt;
         std::string names;
@@ -96,6 +100,10 @@ std::optional<Format> formatNamed(const std::string &name)
         return Format::Text;
     if (name == "json")
         return Format::Json;
+    if (name == "csv")
+        return Format::Csv;
+    if (name == "html")
+        return Format::Html;
     return std::nullopt;
 }
 
@@ -143,6 +151,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.quiet = true;
         else if (name == "list")
             line.list = true;
+        else if (name == "all")
+            line.all = true;
         else if (name == "no-pager")
             line.noPager = true;
         else
@@ -157,7 +167,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             if (const std::optional<Format> format = formatNamed(value))
                 line.format = *format;
             else
-                line.error = "Unknown format '" + value + "' (text or json).";
+                line.error =
+                    "Unknown format '" + value + "' (text or json; compare also csv or html).";
         } else if (name == "fields") {
             if (value.empty())
                 line.error = "The pattern after '--fields' is empty.";
@@ -285,6 +296,7 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.raw = line.raw;
     invocation.quiet = line.quiet;
     invocation.list = line.list;
+    invocation.all = line.all;
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;

@@ -30,6 +30,8 @@ enum Accepts : unsigned
     kRaw = 1u << 6,
     kQuiet = 1u << 7,
     kList = 1u << 8,
+    kAll = 1u << 9,           // compare's --all
+    kTableFormats = 1u << 10, // --format text, json, csv or html (compare)
 };
 
 inline constexpr int kAnyNumber = -1;

@@ -16,13 +16,13 @@ bool sameElement(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
     return std::equal(first, first + info.elementWidth(), b.bytes().begin() + offset);
 }
 
+} // namespace
+
 std::string elementName(const lumarex::FieldInfo &info, int element)
 {
     const std::string name = info.name;
     return info.elementCount() == 1 ? name : name + '[' + std::to_string(element) + ']';
 }
-
-} // namespace
 
 std::vector<ElementDifference> recordDifferences(const lumarex::ConfigRecord &a,
                                                  const lumarex::ConfigRecord &b)
