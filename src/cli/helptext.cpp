@@ -43,7 +43,8 @@ std::string generalHelp()
             "  --version                 show the version\n"
             "\n"
             "Exit status: 0 success, 1 a file is not valid or a command failed\n"
-            "(diff: the files differ), 2 a wrong command line (diff: any failure).\n";
+            "(diff, compare: the files differ), 2 a wrong command line (diff, compare:\n"
+            "any failure).\n";
     return text;
 }
 
