@@ -19,6 +19,21 @@ const QStringList kFleet = {"cam1/LXCONFIG.BIN", "cam2/LXCONFIG.BIN", "cam3/LXCO
                             "cam4/LXCONFIG.BIN", "cam5/LXCONFIG.BIN", "cam6/LXCONFIG.BIN",
                             "cam7/LXCONFIG.BIN"};
 
+// The fleet's five accepted files, a line per setting and file.
+const QString kLines = QStringLiteral("serialBaudrate: 4 x \"38400\", 1 x \"9600\": cam3\n"
+                                      "  cam1  \"38400\"\n"
+                                      "  cam2  \"38400\"\n"
+                                      "  cam3  \"9600\" *\n"
+                                      "  cam4  \"38400\"\n"
+                                      "  cam5  \"38400\"\n"
+                                      "serialParity: 4 x \"none\", 1 x \"even\": cam5\n"
+                                      "  cam1  \"none\"\n"
+                                      "  cam2  \"none\"\n"
+                                      "  cam3  \"none\"\n"
+                                      "  cam4  \"none\"\n"
+                                      "  cam5  \"even\" *\n"
+                                      "* fewer files hold this value than the most common one\n");
+
 const QString kRefused =
     QStringLiteral("Not compared:\n"
                    "  cam6/LXCONFIG.BIN: checksum stored 23154 computed 41000\n"
@@ -67,21 +82,7 @@ void TestCompare::init()
 
 void TestCompare::groupsAndMinority()
 {
-    COMPARE_RUN(m_workspace->run(QStringList{"compare"} + kFleet, {kNoWidth}), 2,
-                "serialBaudrate: 4 x \"38400\", 1 x \"9600\": cam3\n"
-                "  cam1  \"38400\"\n"
-                "  cam2  \"38400\"\n"
-                "  cam3  \"9600\" *\n"
-                "  cam4  \"38400\"\n"
-                "  cam5  \"38400\"\n"
-                "serialParity: 4 x \"none\", 1 x \"even\": cam5\n"
-                "  cam1  \"none\"\n"
-                "  cam2  \"none\"\n"
-                "  cam3  \"none\"\n"
-                "  cam4  \"none\"\n"
-                "  cam5  \"even\" *\n"
-                "* fewer files hold this value than the most common one\n" +
-                    kRefused,
+    COMPARE_RUN(m_workspace->run(QStringList{"compare"} + kFleet, {kNoWidth}), 2, kLines + kRefused,
                 "");
     // Without the refused and missing files the exit status says only that the files differ.
     QCOMPARE(m_workspace->run(QStringList{"compare"} + kFleet.mid(0, 5), {kNoWidth}).exitCode, 1);
@@ -116,25 +117,12 @@ void TestCompare::columnsWhereTheTerminalIsWideEnough_data()
         "serialParity    \"none\"   \"none\"   \"none\"    \"none\"   \"even\" *\n"
         "                4 x \"none\", 1 x \"even\": cam5\n"
         "* fewer files hold this value than the most common one\n";
-    const QString lines = "serialBaudrate: 4 x \"38400\", 1 x \"9600\": cam3\n"
-                          "  cam1  \"38400\"\n"
-                          "  cam2  \"38400\"\n"
-                          "  cam3  \"9600\" *\n"
-                          "  cam4  \"38400\"\n"
-                          "  cam5  \"38400\"\n"
-                          "serialParity: 4 x \"none\", 1 x \"even\": cam5\n"
-                          "  cam1  \"none\"\n"
-                          "  cam2  \"none\"\n"
-                          "  cam3  \"none\"\n"
-                          "  cam4  \"none\"\n"
-                          "  cam5  \"even\" *\n"
-                          "* fewer files hold this value than the most common one\n";
     // The widest line of the table is 61 characters.
     QTest::newRow("80 columns") << "80" << columns;
     QTest::newRow("exactly wide enough") << "61" << columns;
-    QTest::newRow("one too few") << "60" << lines;
-    QTest::newRow("labels alone too wide") << "30" << lines;
-    QTest::newRow("not a number") << "wide" << lines;
+    QTest::newRow("one too few") << "60" << kLines;
+    QTest::newRow("labels alone too wide") << "30" << kLines;
+    QTest::newRow("not a number") << "wide" << kLines;
 }
 
 void TestCompare::columnsWhereTheTerminalIsWideEnough()
