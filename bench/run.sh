@@ -7,6 +7,7 @@
 #     wall time and peak memory (medians of alternating runs) and instructions (callgrind);
 #   - lxconfig's start-up instructions (callgrind), `lxconfig check F` against `cmp F F`;
 #   - lxconfig report's peak memory (GNU time) over the same 10,000 files.
+#   - lxconfig compare's peak memory over 1,000 and 10,000 files, beside check of the same files.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
 # FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), JOBS (default 2).
 set -euo pipefail
@@ -54,6 +55,10 @@ echo "Measuring lxconfig report's peak memory over the same 10,000 files..." >&2
 bench/lxconfig/report-memory.sh "$build/src/cli/lxconfig" "$results" \
     >"$results/lxconfig-report-memory.txt"
 
+echo "Measuring lxconfig compare's peak memory over a fleet of 10,000 files..." >&2
+bench/lxconfig/compare-memory.sh "$build/src/cli/lxconfig" "$results" \
+    >"$results/lxconfig-compare-memory.txt"
+
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
     -v editorInstructions="$(cat "$results/instructions.lumarex-config-startup")" \
@@ -76,3 +81,11 @@ awk '{
     printf "  to standard output   %8.1f MB\n", v["stdout_kb"] / 1024
     printf "  with -o              %8.1f MB   (a page of %.0f MB)\n", v["output_kb"] / 1024, v["page_bytes"] / 1048576
 }' "$results/lxconfig-report-memory.txt"
+echo
+awk 'BEGIN { print "lxconfig compare, peak resident memory (check of the same files: the baseline)" }
+{
+    for (i = 1; i <= NF; ++i) { split($i, pair, "="); v[pair[1]] = pair[2] }
+    printf "  %6d files: check %6.1f MB, compare %6.1f MB (%.2f), --all %6.1f MB, json %6.1f MB\n",
+        v["files"], v["check_kb"] / 1024, v["compare_kb"] / 1024, v["compare_kb"] / v["check_kb"],
+        v["all_kb"] / 1024, v["json_kb"] / 1024
+}' "$results/lxconfig-compare-memory.txt"
