@@ -59,8 +59,7 @@ std::unique_ptr<CompareWriter> writerFor(Format format, Output &output)
 
 int compareCommand(const Invocation &invocation, Output &output)
 {
-    ComparedFiles files;
-    files.paths = invocation.arguments;
+    ComparedFiles files{invocation.arguments, {}, {}, {}, {}};
     if (std::find(files.paths.begin(), files.paths.end(), kStandardStream) != files.paths.end()) {
         output.usageError("compare reads each file twice, so it takes files, not standard input",
                           "compare");

@@ -17,8 +17,8 @@ namespace lxconfig {
 
 struct ComparedFiles
 {
-    std::vector<std::string> paths;  // as given
-    std::vector<std::string> labels; // fileLabels(paths)
+    const std::vector<std::string> &paths; // as given: the command's arguments, not a copy
+    std::vector<std::string> labels;       // fileLabels(paths)
     std::vector<FileVerdict> verdicts;
     std::vector<std::string> reasons;    // why a file is not compared; empty for a valid one
     std::vector<std::uint32_t> accepted; // the valid files' indexes, in order
