@@ -9,6 +9,7 @@
 #   - lxconfig report's peak memory (GNU time) over the same 10,000 files;
 #   - lxconfig write (read back from the card) against cp and sync, on an exFAT card image;
 #   - lxconfig apply over 10,000 files against the floor of a safe replacement of each.
+#   - lxconfig compare's peak memory over 1,000 and 10,000 files, beside check of the same files.
 # Benchmarks measure and report; they assert nothing. Knobs: STARTUP_RUNS (default 31),
 # FILE_REPETITIONS (default 10), STRICT_RUNS (default 5), APPLY_RUNS (default 5), JOBS
 # (default 2).
@@ -63,6 +64,9 @@ bench/lxconfig/cardwrite.sh "$build/src/cli/lxconfig" "$results" >"$results/lxco
 echo "Timing lxconfig apply against a safe replacement over 10,000 files..." >&2
 bench/lxconfig/apply.sh "$build/src/cli/lxconfig" "$build/bench/lumarex-safereplace" "$results" \
     "${APPLY_RUNS:-5}" >"$results/lxconfig-apply.txt"
+echo "Measuring lxconfig compare's peak memory over a fleet of 10,000 files..." >&2
+bench/lxconfig/compare-memory.sh "$build/src/cli/lxconfig" "$results" \
+    >"$results/lxconfig-compare-memory.txt"
 
 awk -f bench/table.awk \
     -v bareInstructions="$(cat "$results/instructions.bare-window-startup")" \
@@ -93,8 +97,17 @@ awk '{
     printf "  cp FILE CARD/ && sync     %8.1f ms   1.00\n", v["cp"] / 1e6
     printf "  lxconfig write FILE CARD  %8.1f ms   %.2f\n", v["write"] / 1e6, v["write"] / v["cp"]
 }' "$results/lxconfig-cardwrite.txt"
+awk '{
+    for (i = 1; i <= NF; ++i) { split($i, pair, "="); v[pair[1]] = pair[2] }
     printf "lxconfig apply over %d files, one process (median of '"${APPLY_RUNS:-5}"' runs)\n", v["files"]
     printf "  read, write a temporary, fsync, rename (floor)   %8.1f ms  %6.2f ms/file   1.00\n", v["floor"] / 1e6, v["floor"] / 1e6 / v["files"]
     printf "  the same, the folder synced after each rename    %8.1f ms  %6.2f ms/file   %.2f\n", v["durable"] / 1e6, v["durable"] / 1e6 / v["files"], v["durable"] / v["floor"]
     printf "  lxconfig apply of a fleet template               %8.1f ms  %6.2f ms/file   %.2f\n", v["apply"] / 1e6, v["apply"] / 1e6 / v["files"], v["apply"] / v["floor"]
 }' "$results/lxconfig-apply.txt"
+awk 'BEGIN { print "lxconfig compare, peak resident memory (check of the same files: the baseline)" }
+{
+    for (i = 1; i <= NF; ++i) { split($i, pair, "="); v[pair[1]] = pair[2] }
+    printf "  %6d files: check %6.1f MB, compare %6.1f MB (%.2f), --all %6.1f MB, json %6.1f MB\n",
+        v["files"], v["check_kb"] / 1024, v["compare_kb"] / 1024, v["compare_kb"] / v["check_kb"],
+        v["all_kb"] / 1024, v["json_kb"] / 1024
+}' "$results/lxconfig-compare-memory.txt"

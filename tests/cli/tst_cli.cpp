@@ -28,6 +28,7 @@ const QString kHelp = QStringLiteral(
     "  cards                     list the mounted memory cards and their LXCONFIG.BIN\n"
     "  write FILE [CARD]         put a file on a card as LXCONFIG.BIN and read it back\n"
     "  help [COMMAND]            show this help, or a command's\n"
+    "  compare FILE...           one table of the settings that differ across the files\n"
     "\n"
     "Options:\n"
     "  -o, --output FILE         the file to write\n"
@@ -37,6 +38,7 @@ const QString kHelp = QStringLiteral(
     "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
     "                            (numbered); without KIND, as VERSION_CONTROL says\n"
     "  --format FORMAT           check, show, diff, cards: text (the default) or json\n"
+    "                            compare: also csv or html\n"
     "  --fields PATTERN          apply: only the template's fields that match\n"
     "  --pdf OUT.pdf             report: print the sheet to a PDF (headless Chromium)\n"
     "  --title NAME              report: the camera's name on every sheet\n"
@@ -48,12 +50,14 @@ const QString kHelp = QStringLiteral(
     "  --format text             export, import: the settings as NAME = VALUE lines\n"
     "  --from TEXT               set: the settings as text ('-': standard input)\n"
     "  --except PATTERN          apply: leave the fields that match as they are\n"
+    "  --all                     compare: every setting, not only those that differ\n"
     "  --no-pager                never page the output on a terminal\n"
     "  -h, --help                show this help\n"
     "  --version                 show the version\n"
     "\n"
     "Exit status: 0 success, 1 a file is not valid or a command failed\n"
-    "(diff: the files differ), 2 a wrong command line (diff: any failure).\n");
+    "(diff, compare: the files differ), 2 a wrong command line (diff, compare:\n"
+    "any failure).\n");
 
 const QString kSetHelp = QStringLiteral(
     "Usage: lxconfig set FILE SETTING=VALUE...\n"
@@ -183,7 +187,8 @@ void TestCli::commandLine_data()
         << usage("defaults -o FILE");
     QTest::newRow("unknown format")
         << QStringList{"check", "--format", "xml", "good.bin"} << 2 << ""
-        << "lxconfig: Unknown format 'xml' (text or json).\n" + tryHelp("check");
+        << "lxconfig: Unknown format 'xml' (text or json; compare also csv or html).\n" +
+               tryHelp("check");
     QTest::newRow("format without a value")
         << QStringList{"check", "good.bin", "--format"} << 2 << ""
         << "lxconfig: Missing value after '--format'.\n" + tryHelp("check");

@@ -86,6 +86,9 @@ void TestCompletion::offered_data()
                                 << QStringList{"json", "text"};
         *row("help's commands") << shell << QStringList{"lxconfig", "help", "res"}
                                 << QStringList{"resave"};
+        *row("compare") << shell << QStringList{"lxconfig", "comp"} << QStringList{"compare"};
+        *row("compare's options") << shell << QStringList{"lxconfig", "compare", "--a"}
+                                  << QStringList{"--all"};
         *row("file after check") << shell << QStringList{"lxconfig", "check", "goo"}
                                  << QStringList{files};
         *row("file after set") << shell << QStringList{"lxconfig", "set", "goo"}

@@ -94,6 +94,7 @@ QList<QStringList> runSession(const Session &session, const QString &folder)
                                    environment.value("PATH"));
     environment.remove("VERSION_CONTROL");
     environment.remove("PAGER");
+    environment.remove("COLUMNS"); // compare's width: none, as in a script
     shell.setProcessEnvironment(environment);
     shell.start("/bin/sh", {"-c", script});
     shell.closeWriteChannel();

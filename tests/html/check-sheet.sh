@@ -2,8 +2,8 @@
 # lxconfig's settings sheet checked by tools written elsewhere: the Nu HTML Checker (vnu-jar, on
 # Debian's Java) finds no error, CSS included, and axe-core in Chromium (puppeteer-core) no
 # accessibility violation. The sheet holds a valid file, one with findings, a refused one and one
-# that cannot be read. The checkers come from tests/html/package-lock.json (`npm ci`, which
-# scripts/install-deps.sh test runs).
+# that cannot be read; so does compare's page of the same files. The checkers come from
+# tests/html/package-lock.json (`npm ci`, which scripts/install-deps.sh test runs).
 # Usage: check-sheet.sh LXCONFIG; exit 77 (skipped) when a checker or its runtime is missing.
 set -euo pipefail
 lxconfig=$1
@@ -31,7 +31,11 @@ cp cam1/LXCONFIG.BIN refused.bin
 printf 'X' | dd of=refused.bin bs=1 conv=notrunc status=none # the magic "XONF"
 "$lxconfig" report cam1/LXCONFIG.BIN cam2/LXCONFIG.BIN refused.bin missing.bin \
     -o sheet.html 2>/dev/null || true # refused and missing files make the status 1
+# compare's page of the same files: its frame and style are the sheet's.
+"$lxconfig" compare --format html cam1/LXCONFIG.BIN cam2/LXCONFIG.BIN refused.bin missing.bin \
+    >compare.html 2>/dev/null || true # the files differ, and two are not compared
 failed=0
-java -jar "$vnu" --errors-only --also-check-css sheet.html || failed=1
+java -jar "$vnu" --errors-only --also-check-css sheet.html compare.html || failed=1
 node "$here/axe-sheet.js" sheet.html || failed=1
+node "$here/axe-sheet.js" compare.html || failed=1
 exit "$failed"

@@ -39,8 +39,10 @@ bool fits(const Command &command, const Invocation &invocation, bool outputGiven
     };
     if (given(invocation.force, kForce) || given(invocation.strict, kStrict) ||
         given(invocation.raw, kRaw) ||
-        given(invocation.format != Format::Text, kFormat | kTextForm) ||
-        given(invocation.backup != Backup::None, kBackup) ||
+        given(invocation.format != Format::Text, kFormat | kTextForm | kTableFormats) ||
+        given(invocation.format == Format::Csv || invocation.format == Format::Html,
+              kTableFormats) ||
+        given(invocation.all, kAll) || given(invocation.backup != Backup::None, kBackup) ||
         given(!invocation.fieldsPattern.empty(), kFields) ||
         given(!invocation.pdfPath.empty() || !invocation.title.empty() || !invocation.paper.empty(),
               kSheet) ||
@@ -78,6 +80,7 @@ struct ParsedLine
     bool list = false;
     bool checkOnly = false;
     bool eject = false;
+    bool all = false;
     bool noPager = false;
     Format format = Format::Text;
     Backup backup = Backup::None;
@@ -101,7 +104,8 @@ struct ParsedLine
                    didYouMean("--" + unknown.front(),
                               {"--help", "--version", "--force", "--raw", "--strict", "--format",
                                "--fields", "--backup", "--output", "--quiet", "--list",
-                               "--no-pager", "--check-only", "--eject", "--from", "--except"});
+                               "--no-pager", "--check-only", "--eject", "--from", "--except",
+                               "--all"});
         if (unknown.empty())
             return std::nullopt;
         std::string names;
@@ -117,6 +121,10 @@ std::optional<Format> formatNamed(const std::string &name)
         return Format::Text;
     if (name == "json")
         return Format::Json;
+    if (name == "csv")
+        return Format::Csv;
+    if (name == "html")
+        return Format::Html;
     return std::nullopt;
 }
 
@@ -164,6 +172,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             line.quiet = true;
         else if (name == "list")
             line.list = true;
+        else if (name == "all")
+            line.all = true;
         else if (name == "no-pager")
             line.noPager = true;
         else if (name == "check-only")
@@ -183,7 +193,8 @@ ParsedLine parseLine(const std::vector<std::string> &arguments)
             if (const std::optional<Format> format = formatNamed(value))
                 line.format = *format;
             else
-                line.error = "Unknown format '" + value + "' (text or json).";
+                line.error =
+                    "Unknown format '" + value + "' (text or json; compare also csv or html).";
         } else if (name == "fields") {
             if (value.empty())
                 line.error = "The pattern after '--fields' is empty.";
@@ -321,6 +332,7 @@ int runCommand(const std::vector<std::string> &arguments, Output &output, bool &
     invocation.list = line.list;
     invocation.checkOnly = line.checkOnly;
     invocation.eject = line.eject;
+    invocation.all = line.all;
     invocation.format = line.format;
     invocation.backup = line.backup;
     invocation.fieldsPattern = line.fieldsPattern;

@@ -20,7 +20,9 @@ inline constexpr int kExitError =
 enum class Format
 {
     Text,
-    Json
+    Json,
+    Csv, // compare only
+    Html // compare only
 };
 
 struct Invocation
@@ -32,6 +34,7 @@ struct Invocation
     bool strict = false; // check: also what the editor's load and save would change
     bool quiet = false;  // set, apply: no report of the changes; check: the exit status alone
     bool list = false;   // explain: the settings index
+    bool all = false;    // compare: every setting, not only those that differ
     Format format = Format::Text;
     Backup backup = Backup::None;
     std::string fieldsPattern; // apply: only the template's fields that match, empty: all
@@ -60,5 +63,6 @@ int reportCommand(const Invocation &invocation, Output &output);
 int helpCommand(const Invocation &invocation, Output &output);
 int cardsCommand(const Invocation &invocation, Output &output);
 int writeCommand(const Invocation &invocation, Output &output);
+int compareCommand(const Invocation &invocation, Output &output);
 
 } // namespace lxconfig

@@ -130,6 +130,19 @@ const std::vector<Command> &commandTable()
          "Without a command, the list of commands and options; with one, its own page, as\n"
          "lxconfig COMMAND --help shows it.\n",
          "lxconfig help set"},
+        {"compare", "compare FILE...", "one table of the settings that differ across the files", 1,
+         kAnyNumber, OutputOption::None, kAll | kTableFormats, compareCommand,
+         "One table with a row per setting that differs across the files (every setting with\n"
+         "--all) and a column per file, named by the shortest tail of its path that tells it\n"
+         "from the others. Values are in the window's words, as set takes them. Each row says\n"
+         "how the files group, most common value first, and names the files of the minority,\n"
+         "whose values are marked *. On a terminal as wide as the table (or COLUMNS), files are\n"
+         "columns; else a line per setting and file. Files the editor refuses are listed with\n"
+         "the reason. --format json, csv or html (a page in the style of report) for other\n"
+         "programs. Each file is read twice, so standard input is not taken. Exit status 0\n"
+         "when the files hold the same settings, 1 when they differ, 2 when a file is refused\n"
+         "or cannot be read.\n",
+         "lxconfig compare cam*/LXCONFIG.BIN"},
     };
     return table;
 }
@@ -184,6 +197,8 @@ std::vector<OptionInfo> optionsOf(const Command &command)
          "--except PATTERN",
          "leave the fields whose names match as they are",
          {"--except"}},
+        {kAll, "--all", "every setting, also those all files hold alike", {"--all"}},
+        {kTableFormats, "--format FORMAT", "text (the default), json, csv or html", {"--format"}},
     };
     std::vector<OptionInfo> taken;
     if (command.output != OutputOption::None)

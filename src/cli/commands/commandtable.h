@@ -35,6 +35,8 @@ enum Accepts : unsigned
     kTextForm = 1u << 11, // export's and import's --format: json or text
     kFrom = 1u << 12,
     kExcept = 1u << 13,
+    kAll = 1u << 14,          // compare's --all
+    kTableFormats = 1u << 15, // --format text, json, csv or html (compare)
 };
 
 inline constexpr int kAnyNumber = -1;

@@ -30,6 +30,7 @@ std::string generalHelp()
             "  --backup[=KIND]           keep the replaced file as FILE~ (simple) or FILE.~N~\n"
             "                            (numbered); without KIND, as VERSION_CONTROL says\n"
             "  --format FORMAT           check, show, diff, cards: text (the default) or json\n"
+            "                            compare: also csv or html\n"
             "  --fields PATTERN          apply: only the template's fields that match\n"
             "  --pdf OUT.pdf             report: print the sheet to a PDF (headless Chromium)\n"
             "  --title NAME              report: the camera's name on every sheet\n"
@@ -41,12 +42,14 @@ std::string generalHelp()
             "  --format text             export, import: the settings as NAME = VALUE lines\n"
             "  --from TEXT               set: the settings as text ('-': standard input)\n"
             "  --except PATTERN          apply: leave the fields that match as they are\n"
+            "  --all                     compare: every setting, not only those that differ\n"
             "  --no-pager                never page the output on a terminal\n"
             "  -h, --help                show this help\n"
             "  --version                 show the version\n"
             "\n"
             "Exit status: 0 success, 1 a file is not valid or a command failed\n"
-            "(diff: the files differ), 2 a wrong command line (diff: any failure).\n";
+            "(diff, compare: the files differ), 2 a wrong command line (diff, compare:\n"
+            "any failure).\n";
     return text;
 }
 

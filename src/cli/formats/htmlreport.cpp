@@ -221,11 +221,7 @@ std::string reportHead(const std::vector<std::string> &paths, const SheetOptions
         title += ": " + cameraOf(paths.front(), options) + ", " + paths.front();
     else
         title += ": " + std::to_string(paths.size()) + " files";
-    std::string html = "<!DOCTYPE html>\n"
-                       "<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n"
-                       "<meta charset=\"UTF-8\"/>\n<title>" +
-                       xmlEscaped(title) + "</title>\n<style>";
-    html += kStyle;
+    std::string html;
     const char *size = options.paper == Paper::A4       ? "A4"
                        : options.paper == Paper::Letter ? "letter"
                                                         : "auto";
@@ -239,7 +235,16 @@ std::string reportHead(const std::vector<std::string> &paths, const SheetOptions
             cssString("Camera " + cameraOf(paths[index], options) + "  \u00B7  " + paths[index]) +
             "; font-size: 8pt; } }\n";
     }
-    return html + "</style>\n</head>\n<body>\n<main>\n";
+    return htmlPageHead(title, html);
+}
+
+std::string htmlPageHead(const std::string &title, const std::string &style)
+{
+    return "<!DOCTYPE html>\n"
+           "<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n"
+           "<meta charset=\"UTF-8\"/>\n<title>" +
+           xmlEscaped(title) + "</title>\n<style>" + kStyle + style +
+           "</style>\n</head>\n<body>\n<main>\n";
 }
 
 std::string reportSection(const ReportedFile &file, std::size_t index, const SheetOptions &options)

@@ -51,4 +51,8 @@ std::string reportHead(const std::vector<std::string> &paths, const SheetOptions
 std::string reportSection(const ReportedFile &file, std::size_t index, const SheetOptions &options);
 std::string reportTail();
 
+// The frame of a page in the sheet's style, for other pages too (compare's): the head, with the
+// sheet's style and then `style`, up to the opening of <main>; reportTail() closes it.
+std::string htmlPageHead(const std::string &title, const std::string &style);
+
 } // namespace lxconfig

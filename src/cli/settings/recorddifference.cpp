@@ -16,13 +16,13 @@ bool sameBytes(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b, i
     return std::equal(first, first + width, b.bytes().begin() + offset);
 }
 
+} // namespace
+
 std::string elementName(const lumarex::FieldInfo &info, int element)
 {
     const std::string name = info.name;
     return info.elementCount() == 1 ? name : name + '[' + std::to_string(element) + ']';
 }
-
-} // namespace
 
 bool sameElement(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
                  const lumarex::FieldInfo &info, int element)

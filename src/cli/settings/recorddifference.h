@@ -26,6 +26,9 @@ bool sameField(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
 std::vector<ElementDifference> recordDifferences(const lumarex::ConfigRecord &a,
                                                  const lumarex::ConfigRecord &b);
 
+// "serialBaudrate", "triggerLow[4]": an element as diff, set and apply name it.
+std::string elementName(const lumarex::FieldInfo &info, int element);
+
 // "name: A -> B", without a newline.
 std::string differenceLine(const lumarex::ConfigRecord &a, const lumarex::ConfigRecord &b,
                            const ElementDifference &difference);
