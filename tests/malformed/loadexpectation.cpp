@@ -1,7 +1,6 @@
 #include "loadexpectation.h"
 
 #include "configrecord.h"
-#include "crc16.h"
 
 #include <QDialog>
 #include <QTest>
@@ -29,14 +28,6 @@ Expectation restored(quint16 checksum)
 Expectation failed(const QString &line)
 {
     return {{line}};
-}
-
-quint16 checksumOf(const QByteArray &file)
-{
-    QByteArray buffer = file.left(kReadBufferSize);
-    buffer.append(QByteArray(qMax(0, lumarex::kChecksummedSize - buffer.size()), '\0'));
-    return lumarex::crc16(reinterpret_cast<const std::uint8_t *>(buffer.constData()),
-                          lumarex::kChecksummedSize);
 }
 
 void unexpectedDialog(QWidget *dialog)
