@@ -9,6 +9,7 @@
 #include "fileprobe.h"
 #include "loadexpectation.h"
 #include "referencechecksum.h"
+#include "sizedfiles.h"
 #include "workspace.h"
 
 #include <QRandomGenerator>
@@ -116,23 +117,8 @@ void TestLxconfigMalformed::fileOfSize_data()
     QTest::addColumn<QByteArray>("contents");
     QTest::addColumn<QString>("verdict");
 
-    // Past the record, bytes that would change fields if they were read.
-    const auto padded = [](int size) {
-        return kDefaultBytes + QByteArray(size - kDefaultBytes.size(), '\xFF');
-    };
-    const QString valid = QStringLiteral("valid");
-    QTest::newRow("0 bytes") << QByteArray() << R"(bad magic "\x00\x00\x00\x00" (expected "CONF"))";
-    QTest::newRow("1 byte") << kDefaultBytes.left(1)
-                            << R"(bad magic "C\x00\x00\x00" (expected "CONF"))";
-    QTest::newRow("12 bytes") << kDefaultBytes.left(12)
-                              << QStringLiteral("checksum stored 0 computed 39143");
-    QTest::newRow("166 bytes") << kDefaultBytes.left(166)
-                               << checksumMismatch(kDefaultBytes.left(166));
-    QTest::newRow("167 bytes") << kDefaultBytes << valid;
-    QTest::newRow("168 bytes") << padded(168) << valid;
-    QTest::newRow("1024 bytes") << padded(1024) << valid;
-    QTest::newRow("1025 bytes") << padded(1025) << valid;
-    QTest::newRow("1 MiB") << padded(1 << 20) << valid;
+    for (const SizedFile &file : sizedFiles(kDefaultBytes))
+        QTest::newRow(file.name) << file.contents << verdictOn(file.contents);
 }
 
 void TestLxconfigMalformed::fileOfSize()
