@@ -30,12 +30,17 @@ Expectation failed(const QString &line)
     return {{line}};
 }
 
+namespace {
+
+// Closes a dialog that should not have opened and fails the test.
 void unexpectedDialog(QWidget *dialog)
 {
     if (auto *modal = qobject_cast<QDialog *>(dialog))
         modal->reject();
     QFAIL(qPrintable(QStringLiteral("unexpected dialog \"%1\"").arg(dialog->windowTitle())));
 }
+
+} // namespace
 
 ModalAnswerer::Handler versionDialogAnswer(const Expectation &expected, VersionBox *seen)
 {

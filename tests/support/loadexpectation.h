@@ -30,5 +30,3 @@ Expectation failed(const QString &line);
 // to seen); for any other, fails the test on a dialog and closes it, so that the test cannot
 // wait forever.
 ModalAnswerer::Handler versionDialogAnswer(const Expectation &expected, VersionBox *seen);
-// Closes a dialog that should not have opened and fails the test.
-void unexpectedDialog(QWidget *dialog);
