@@ -176,6 +176,8 @@ void TestDocExamples::sessions()
                 changes.append({step, actual});
                 continue;
             }
+            if (!changes.isEmpty())
+                writePrinted(changes); // the steps before, so that only this one is left
             QFAIL(qPrintable(QStringLiteral("docs/lxconfig.md:%1: $ %2\n--- documented:\n%3\n"
                                             "--- printed:\n%4")
                                  .arg(step.line)
