@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang in build-fuzz/ and runs each one, from its seeds in
-# fuzz/corpus/, for FUZZ_SECONDS seconds (60 by default). A crash, a leak, a sanitizer report
-# or a hang fails the run; the input that caused it is kept in build-fuzz/artifacts/.
+# fuzz/corpus/ and those made from the untouched form's file (fuzz/makeseeds.sh), for
+# FUZZ_SECONDS seconds (60 by default). A crash, a leak, a sanitizer report or a hang fails the
+# run; the input that caused it is kept in build-fuzz/artifacts/.
 # Usage: fuzz.sh [target...]   (default: every target)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,7 +15,7 @@ source scripts/llvm-tools.sh
 CC=$LUMAREX_CLANG CXX=$LUMAREX_CLANGXX cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DBUILD_TESTING=OFF -DLUMAREX_FUZZ=ON -DLUMAREX_SANITIZE=address,undefined,fuzzer-no-link \
     >/dev/null
-cmake --build build-fuzz -j "${JOBS:-2}" --target "${targets[@]/%/_fuzzer}"
+cmake --build build-fuzz -j "${JOBS:-2}" --target "${targets[@]/%/_fuzzer}" fuzz_seeds
 
 export LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp
 # Suppressions match function names, which only a symbolizer can give.
@@ -27,11 +28,16 @@ for target in "${targets[@]}"; do
     corpus=build-fuzz/corpus/$target
     mkdir -p "$corpus"
     log=build-fuzz/$target.log
+    # The seeds made from the untouched form's file; load and roundtrip read records too.
+    seeds=build-fuzz/fuzz/seeds/$target
+    case "$target" in
+        load | roundtrip) seeds=build-fuzz/fuzz/seeds/record ;;
+    esac
     echo "fuzzing $target for ${seconds}s"
     if ! ASAN_OPTIONS=detect_leaks=1:fast_unwind_on_malloc=1 "build-fuzz/fuzz/${target}_fuzzer" \
         -max_total_time="$seconds" -timeout=30 -print_final_stats=1 \
         -artifact_prefix="build-fuzz/artifacts/$target-" \
-        "$corpus" "fuzz/corpus/$target" >"$log" 2>&1; then
+        "$corpus" "fuzz/corpus/$target" "$seeds" >"$log" 2>&1; then
         tail -n 60 "$log"
         echo "fuzz target $target failed; see $log" >&2
         exit 1

@@ -6,6 +6,19 @@
 
 #include <QTest>
 
+namespace {
+
+// triggerLow[3] 700, gpsReceiver 0, esoOffset -125, checksum mended.
+QByteArray changedFile()
+{
+    QByteArray changed = patched(kDefaultBytes, 18, QByteArray::fromHex("BC02"));
+    changed = patched(changed, 112, QByteArray::fromHex("00"));
+    changed = patched(changed, 122, QByteArray::fromHex("83FFFFFF"));
+    return withMendedChecksum(changed);
+}
+
+} // namespace
+
 void TestCli::diff_data()
 {
     QTest::addColumn<QStringList>("files");
@@ -25,8 +38,8 @@ void TestCli::diff_data()
            "gpsReceiver: 0 \"Custom settings\" -> " +
                gps8 +
                "\n"
-               "esoOffset: -125 (shown as 10.00) -> 0 (shown as 0.00)\n"
-               "crc: 17615 -> 23154\n"
+               "esoOffset: -125 (shown as 10.00) -> 0 (shown as 0.00)\n" +
+               crcChange(changedFile(), kDefaultBytes)
         << "";
     QTest::newRow("changed, other way round")
         << QStringList{"good.bin", "changed.bin"} << 1
@@ -34,8 +47,8 @@ void TestCli::diff_data()
            "gpsReceiver: " +
                gps8 +
                " -> 0 \"Custom settings\"\n"
-               "esoOffset: 0 (shown as 0.00) -> -125 (shown as 10.00)\n"
-               "crc: 23154 -> 17615\n"
+               "esoOffset: 0 (shown as 0.00) -> -125 (shown as 10.00)\n" +
+               crcChange(kDefaultBytes, changedFile())
         << "";
     QTest::newRow("0 bytes with itself")
         << QStringList{"empty.bin", "empty.bin"} << 0 << ""
@@ -43,9 +56,11 @@ void TestCli::diff_data()
            "lxconfig: warning: empty.bin: 0 bytes (a record is 167)\n"
            "lxconfig: warning: empty.bin: bad magic \"\\x00\\x00\\x00\\x00\" (expected \"CONF\")\n"
            "lxconfig: warning: empty.bin: 0 bytes (a record is 167)\n";
-    QTest::newRow("short") << QStringList{"short.bin"} << 1 << "crc: 114 -> 23154\n"
-                           << "lxconfig: warning: short.bin: checksum stored 114 computed 23154\n"
-                              "lxconfig: warning: short.bin: 166 bytes (a record is 167)\n";
+    QTest::newRow("short") << QStringList{"short.bin"} << 1
+                           << crcChange(sampleFile("short.bin"), kDefaultBytes)
+                           << "lxconfig: warning: short.bin: " + sampleMismatch("short.bin") +
+                                  "\n"
+                                  "lxconfig: warning: short.bin: 166 bytes (a record is 167)\n";
     QTest::newRow("long") << QStringList{"long.bin", "good.bin"} << 0 << ""
                           << "lxconfig: warning: long.bin: 200 bytes (a record is 167)\n";
     QTest::newRow("bad magic") << QStringList{"magic.bin"} << 1 << "magic: \"XONF\" -> \"CONF\"\n"
@@ -57,7 +72,7 @@ void TestCli::diff_data()
     QTest::newRow("bad checksum")
         << QStringList{"checksum.bin"} << 1
         << "triggerFrameMode: 1 \"Single frame capture\" -> 0 \"Ongoing stream (default)\"\n"
-        << "lxconfig: warning: checksum.bin: checksum stored 23154 computed 41000\n";
+        << "lxconfig: warning: checksum.bin: " + sampleMismatch("checksum.bin") + "\n";
     QTest::newRow("missing first") << QStringList{"missing.bin", "good.bin"} << 2 << ""
                                    << "lxconfig: missing.bin: cannot open: No such file or "
                                       "directory\n";
@@ -76,10 +91,6 @@ void TestCli::diff()
     QFETCH(QString, err);
 
     const Workspace workspace;
-    // triggerLow[3] 700, gpsReceiver 0, esoOffset -125, checksum mended (17615, 44CF).
-    QByteArray changed = patched(kDefaultBytes, 18, QByteArray::fromHex("BC02"));
-    changed = patched(changed, 112, QByteArray::fromHex("00"));
-    changed = patched(changed, 122, QByteArray::fromHex("83FFFFFF"));
-    workspace.write("changed.bin", patched(changed, 165, QByteArray::fromHex("CF44")));
+    workspace.write("changed.bin", changedFile());
     COMPARE_RUN(workspace.run(QStringList{"diff"} + files), exitCode, out, err);
 }

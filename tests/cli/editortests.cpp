@@ -2,8 +2,6 @@
 // boxes, its defaults against what the untouched form saves.
 
 #include "consolecapture.h"
-#include "expected.h"
-#include "formfields.h"
 #include "itemtexts.h"
 #include "mainwindow.h"
 #include "tst_cli.h"
@@ -105,14 +103,6 @@ void TestCli::itemListsMatchSavedFields()
         QCOMPARE(QString::fromStdString(lxconfig::itemText(*list, stored).value_or("(no item)")),
                  combo->itemText(i));
     }
-}
-
-void TestCli::defaultRecordMatchesEditor()
-{
-    MainWindow window;
-    QCOMPARE(bytesOf(lumarex::untouchedFormRecord()).toHex(' '),
-             bytesOf(savedRecord(window)).toHex(' '));
-    QCOMPARE(bytesOf(lumarex::untouchedFormRecord()).toHex(' '), kDefaultBytes.toHex(' '));
 }
 
 void TestCli::defaultsCommandMatchesEditor()

@@ -66,6 +66,5 @@ private slots:
     void itemListsCoverForm();
     void itemListsMatchSavedFields_data();
     void itemListsMatchSavedFields();
-    void defaultRecordMatchesEditor();
     void defaultsCommandMatchesEditor();
 };

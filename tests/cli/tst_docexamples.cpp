@@ -3,6 +3,11 @@
 // lines, each followed by what it prints (standard output and standard error as one terminal
 // shows them); a line "..." stands for any number of lines. Each session runs in an empty folder
 // of its own, its commands one after the other in one /bin/sh, with lxconfig first in PATH.
+//
+// With LUMAREX_UPDATE_EXAMPLES=1 in the environment, a step whose printed lines differ from the
+// documented ones (and that has no "...") gets the printed lines written into the document
+// instead of failing, for a change that is meant to change lxconfig's output; read the
+// difference (git diff docs/lxconfig.md) before committing it.
 
 #include <QFile>
 #include <QFileInfo>
@@ -111,6 +116,29 @@ QList<QStringList> runSession(const Session &session, const QString &folder)
     return printed;
 }
 
+// Replaces the documented lines of the steps with what they printed, in the document's file.
+void writePrinted(const QList<QPair<Step, QStringList>> &changes)
+{
+    QFile file(QStringLiteral(LXCONFIG_DOC));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(file.fileName()));
+    QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
+    file.close();
+    int shift = 0;
+    for (const auto &change : changes) {
+        const Step &step = change.first;
+        const int first = step.line + shift; // the line after the command, from 0
+        for (int i = 0; i < step.expected.size(); ++i)
+            lines.removeAt(first);
+        for (int i = 0; i < change.second.size(); ++i)
+            lines.insert(first + i, change.second.at(i));
+        shift += change.second.size() - step.expected.size();
+    }
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(lines.join('\n').toUtf8()) < 0)
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+}
+
 } // namespace
 
 class TestDocExamples : public QObject
@@ -139,15 +167,28 @@ void TestDocExamples::sessions()
     QVERIFY(folder.isValid());
     const QList<QStringList> printed = runSession(session, folder.path());
     QCOMPARE(printed.size(), session.steps.size());
+    const bool update = qEnvironmentVariableIntValue("LUMAREX_UPDATE_EXAMPLES") == 1;
+    QList<QPair<Step, QStringList>> changes;
     for (int i = 0; i < session.steps.size(); ++i) {
         const Step &step = session.steps.at(i);
         const QStringList actual = printed.at(i);
         if (!matches(step.expected, 0, actual, 0)) {
+            if (update && !step.expected.contains(QStringLiteral("..."))) {
+                changes.append({step, actual});
+                continue;
+            }
+            if (!changes.isEmpty())
+                writePrinted(changes); // the steps before, so that only this one is left
             QFAIL(qPrintable(QStringLiteral("docs/lxconfig.md:%1: $ %2\n--- documented:\n%3\n"
                                             "--- printed:\n%4")
                                  .arg(step.line)
                                  .arg(step.command, step.expected.join('\n'), actual.join('\n'))));
         }
+    }
+    if (!changes.isEmpty()) {
+        writePrinted(changes);
+        qWarning("docs/lxconfig.md:%d: the session's printed lines written into the document",
+                 session.line);
     }
 }
 

@@ -8,6 +8,8 @@
 #include "expected.h"
 #include "fileprobe.h"
 #include "loadexpectation.h"
+#include "referencechecksum.h"
+#include "sizedfiles.h"
 #include "workspace.h"
 
 #include <QRandomGenerator>
@@ -49,10 +51,8 @@ QString verdictOn(const QByteArray &file)
     const auto version = qFromLittleEndian<quint32>(record.constData() + 8);
     if (version != kFormatVersion)
         return QStringLiteral("format version %1 (expected %2)").arg(version).arg(kFormatVersion);
-    const auto stored = qFromLittleEndian<quint16>(record.constData() + 165);
-    const quint16 computed = checksumOf(file);
-    if (stored != computed)
-        return QStringLiteral("checksum stored %1 computed %2").arg(stored).arg(computed);
+    if (storedChecksum(file) != referenceChecksum(file))
+        return checksumMismatch(file);
     return QStringLiteral("valid");
 }
 
@@ -117,23 +117,8 @@ void TestLxconfigMalformed::fileOfSize_data()
     QTest::addColumn<QByteArray>("contents");
     QTest::addColumn<QString>("verdict");
 
-    // Past the record, bytes that would change fields if they were read.
-    const auto padded = [](int size) {
-        return kDefaultBytes + QByteArray(size - kDefaultBytes.size(), '\xFF');
-    };
-    const QString valid = QStringLiteral("valid");
-    QTest::newRow("0 bytes") << QByteArray() << R"(bad magic "\x00\x00\x00\x00" (expected "CONF"))";
-    QTest::newRow("1 byte") << kDefaultBytes.left(1)
-                            << R"(bad magic "C\x00\x00\x00" (expected "CONF"))";
-    QTest::newRow("12 bytes") << kDefaultBytes.left(12)
-                              << QStringLiteral("checksum stored 0 computed 39143");
-    QTest::newRow("166 bytes") << kDefaultBytes.left(166)
-                               << QStringLiteral("checksum stored 114 computed 23154");
-    QTest::newRow("167 bytes") << kDefaultBytes << valid;
-    QTest::newRow("168 bytes") << padded(168) << valid;
-    QTest::newRow("1024 bytes") << padded(1024) << valid;
-    QTest::newRow("1025 bytes") << padded(1025) << valid;
-    QTest::newRow("1 MiB") << padded(1 << 20) << valid;
+    for (const SizedFile &file : sizedFiles(kDefaultBytes))
+        QTest::newRow(file.name) << file.contents << verdictOn(file.contents);
 }
 
 void TestLxconfigMalformed::fileOfSize()

@@ -25,8 +25,7 @@ QString stateOf(const QWidget &widget)
 {
     QString state;
     if (const auto *comboBox = qobject_cast<const QComboBox *>(&widget))
-        state =
-            QStringLiteral("%1 \"%2\" ").arg(comboBox->currentIndex()).arg(comboBox->currentText());
+        state = QStringLiteral("%1 ").arg(comboBox->currentIndex());
     else if (const auto *checkBox = qobject_cast<const QCheckBox *>(&widget))
         state = checkStateText(checkBox->checkState()) + QLatin1Char(' ');
     // The control's own flag, not what a disabled page makes of it.

@@ -91,11 +91,3 @@ ModalAnswerer::Handler ModalAnswerer::cancel()
             modal->reject();
     };
 }
-
-ModalAnswerer::Handler ModalAnswerer::accept()
-{
-    return [](QWidget *dialog) {
-        if (auto *modal = qobject_cast<QDialog *>(dialog))
-            modal->accept();
-    };
-}

@@ -33,7 +33,6 @@ public:
     // field's text, and the command receives it like any chosen file.
     static Handler returnPath(const QString &path);
     static Handler cancel();
-    static Handler accept();
 
 private:
     void schedulePoll();

@@ -1,12 +1,15 @@
 #pragma once
 
-// Expected files and outputs, written out by hand.
+// Expected files and outputs, written out by hand; the untouched form's bytes and checksum come
+// from the one data file.
+
+#include "referencechecksum.h" // withMendedChecksum, storedChecksum, checksumMismatch
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
-// The 167 bytes the editor saves from its untouched form.
+// The 167 bytes the editor saves from its untouched form: tests/data/untouched-form.bin.
 extern const QByteArray kDefaultBytes;
 
 // `lxconfig show` of the default record and of a record of zero bytes, one line per field.
@@ -17,8 +20,8 @@ extern const QStringList kZeroShow;
 extern const QStringList kDefaultJson;
 extern const QStringList kZeroJson;
 
-// The record with its checksum (bytes 165 and 166) computed anew over bytes 0 to 164.
-QByteArray withMendedChecksum(QByteArray record);
+// diff's line for the checksum of two files, "crc: A -> B\n", each the value the file stores.
+QString crcChange(const QByteArray &from, const QByteArray &to);
 
 // The bytes with a run of them replaced from offset on.
 QByteArray patched(QByteArray bytes, int offset, const QByteArray &replacement);

@@ -26,12 +26,7 @@ Expectation checksumFailed(quint16 computed);
 Expectation restored(quint16 checksum);
 Expectation failed(const QString &line);
 
-// The checksum of the first 165 bytes that the load's one read leaves in its zeroed buffer.
-quint16 checksumOf(const QByteArray &file);
-
 // For a load that must show the version dialog, presses its Ok button (what the box showed goes
 // to seen); for any other, fails the test on a dialog and closes it, so that the test cannot
 // wait forever.
 ModalAnswerer::Handler versionDialogAnswer(const Expectation &expected, VersionBox *seen);
-// Closes a dialog that should not have opened and fails the test.
-void unexpectedDialog(QWidget *dialog);

@@ -1,20 +1,47 @@
 #include "workspace.h"
 
 #include "expected.h"
+#include "referencechecksum.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 
+namespace {
+
+const char *const kSampleNames[] = {"good.bin",  "empty.bin",   "short.bin",   "long.bin",
+                                    "magic.bin", "version.bin", "checksum.bin"};
+
+} // namespace
+
+QByteArray sampleFile(const QString &name)
+{
+    if (name == QLatin1String("good.bin"))
+        return kDefaultBytes;
+    if (name == QLatin1String("empty.bin"))
+        return QByteArray();
+    if (name == QLatin1String("short.bin"))
+        return kDefaultBytes.left(166);
+    if (name == QLatin1String("long.bin"))
+        return kDefaultBytes + QByteArray(33, '\xAA');
+    if (name == QLatin1String("magic.bin"))
+        return patched(kDefaultBytes, 0, "X");
+    if (name == QLatin1String("version.bin"))
+        return patched(kDefaultBytes, 8, QByteArray::fromHex("7AEE3301"));
+    if (name == QLatin1String("checksum.bin"))
+        return patched(kDefaultBytes, 100, QByteArray::fromHex("01"));
+    qFatal("no sample file %s", qPrintable(name));
+}
+
+QString sampleMismatch(const QString &name)
+{
+    return checksumMismatch(sampleFile(name));
+}
+
 Workspace::Workspace()
 {
-    write("good.bin", kDefaultBytes);
-    write("empty.bin", QByteArray());
-    write("short.bin", kDefaultBytes.left(166));
-    write("long.bin", kDefaultBytes + QByteArray(33, '\xAA'));
-    write("magic.bin", patched(kDefaultBytes, 0, "X"));
-    write("version.bin", patched(kDefaultBytes, 8, QByteArray::fromHex("7AEE3301")));
-    write("checksum.bin", patched(kDefaultBytes, 100, QByteArray::fromHex("01")));
+    for (const char *name : kSampleNames)
+        write(QLatin1String(name), sampleFile(QLatin1String(name)));
     QDir(m_dir.path()).mkdir("folder");
 }
 

@@ -37,6 +37,11 @@ private:
     QTemporaryDir m_dir;
 };
 
+// The bytes of a sample file, by name; the test stops when there is no such sample.
+QByteArray sampleFile(const QString &name);
+// "checksum stored S computed C" for a sample: how check words short.bin and checksum.bin.
+QString sampleMismatch(const QString &name);
+
 // Runs once, then compares standard output, standard error and the exit status.
 #define COMPARE_RUN(run, expectedExit, expectedOut, expectedErr)                                   \
     do {                                                                                           \

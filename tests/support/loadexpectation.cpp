@@ -1,7 +1,6 @@
 #include "loadexpectation.h"
 
 #include "configrecord.h"
-#include "crc16.h"
 
 #include <QDialog>
 #include <QTest>
@@ -31,20 +30,17 @@ Expectation failed(const QString &line)
     return {{line}};
 }
 
-quint16 checksumOf(const QByteArray &file)
-{
-    QByteArray buffer = file.left(kReadBufferSize);
-    buffer.append(QByteArray(qMax(0, lumarex::kChecksummedSize - buffer.size()), '\0'));
-    return lumarex::crc16(reinterpret_cast<const std::uint8_t *>(buffer.constData()),
-                          lumarex::kChecksummedSize);
-}
+namespace {
 
+// Closes a dialog that should not have opened and fails the test.
 void unexpectedDialog(QWidget *dialog)
 {
     if (auto *modal = qobject_cast<QDialog *>(dialog))
         modal->reject();
     QFAIL(qPrintable(QStringLiteral("unexpected dialog \"%1\"").arg(dialog->windowTitle())));
 }
+
+} // namespace
 
 ModalAnswerer::Handler versionDialogAnswer(const Expectation &expected, VersionBox *seen)
 {

@@ -1,6 +1,6 @@
 #include "expected.h"
 
-#include "crc16.h"
+#include "referencechecksum.h"
 #include "untouchedform.h"
 
 #include <QRegularExpression>
@@ -52,7 +52,7 @@ const QStringList kDefaultShow = {
     R"-(serialParity           162  0 "none")-",
     R"-(serialStopBits         163  1 "1")-",
     R"-(serialInverted         164  1)-",
-    R"-(crc                    165  23154)-",
+    QStringLiteral("crc                    165  %1").arg(storedChecksum(kDefaultBytes)),
 };
 
 const QStringList kZeroShow = {
@@ -149,7 +149,7 @@ const QStringList kDefaultJson = {
     R"-(    "serialParity": 0,)-",
     R"-(    "serialStopBits": 1,)-",
     R"-(    "serialInverted": 1,)-",
-    R"-(    "crc": 23154)-",
+    QStringLiteral(R"-(    "crc": %1)-").arg(storedChecksum(kDefaultBytes)),
     R"-(})-",
 };
 
@@ -203,13 +203,9 @@ const QStringList kZeroJson = {
     R"-(})-",
 };
 
-QByteArray withMendedChecksum(QByteArray record)
+QString crcChange(const QByteArray &from, const QByteArray &to)
 {
-    const std::uint16_t crc =
-        lumarex::crc16(reinterpret_cast<const std::uint8_t *>(record.constData()), 165);
-    record[165] = char(crc & 0xFF);
-    record[166] = char(crc >> 8);
-    return record;
+    return QStringLiteral("crc: %1 -> %2\n").arg(storedChecksum(from)).arg(storedChecksum(to));
 }
 
 QByteArray patched(QByteArray bytes, int offset, const QByteArray &replacement)
