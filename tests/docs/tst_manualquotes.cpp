@@ -32,9 +32,9 @@ const QSet<QString> kOtherTexts = {
     "   not implemented.", "MainWindow::on_btnReadConf_clicked()", "on cb gimbalrc 2",
     // What the screen reader says, and the manual's own wording around quotes.
     "check box", "combo box", "spin button", "text", "page tab list", "layered pane",
-    "Periphery page tab list", "Trigger page tab", "GPS combo box", "checked", "not checked",
-    "Orvid Gimbal RC check box not checked", "Lower threshold (°C) 15 spin button", "|", " to ",
-    "(0 ... 20000)"};
+    "Periphery page tab list", "Trigger page tab", "GPS combo box", "Zoom inc./dec. combo box",
+    "checked", "not checked", "Orvid Gimbal RC check box not checked",
+    "Lower threshold (°C) 15 spin button", "|", " to ", "(0 ... 20000)"};
 
 QString formatted(double value, int decimals)
 {
