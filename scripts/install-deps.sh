@@ -4,6 +4,7 @@ set -euo pipefail
 
 packages=()
 npm_checkers=0
+newer_qemu=0
 for need in "$@"; do
     case "$need" in
         # nlohmann-json3-dev: lxconfig's JSON (header-only, nothing to install at run time).
@@ -61,7 +62,8 @@ for need in "$@"; do
         # development packages beside the build machine's own (multiarch, same versions from
         # the same archive), and qemu-user to run the arm64 programs without binfmt.
         arm64) packages+=(crossbuild-essential-arm64 qemu-user-static qtbase5-dev:arm64
-                          dpkg-dev lintian) ;;
+                          dpkg-dev lintian)
+               newer_qemu=1 ;;
         # A fresh Debian 13 root into which the package is installed (tests/packaging).
         debootstrap) packages+=(debootstrap debian-archive-keyring) ;;
         *) echo "install-deps.sh: unknown need '$need'" >&2; exit 2 ;;
@@ -105,4 +107,23 @@ if [ "$npm_checkers" -eq 1 ] && ! cmp -s "$html_checks/package-lock.json" "$inst
     echo "Installing the npm packages of tests/html"
     (cd "$html_checks" && npm ci --no-audit --no-fund --ignore-scripts --loglevel=error)
     cp "$html_checks/package-lock.json" "$installed_lock"
+fi
+
+# The arm64 suites start lxconfig from a test, and QProcess starts it with clone(CLONE_PIDFD),
+# which qemu-user emulates from 8.0 on. Debian 13 has 10.0; Debian 12 has 7.2, and its own
+# backports archive (Debian's, signed by the same keys) has a newer one, taken for that one
+# package only: apt never prefers backports over the release for anything else.
+if [ "$newer_qemu" -eq 1 ]; then
+    qemu_major=$(qemu-aarch64-static --version | sed -n 's/^qemu-aarch64 version \([0-9]*\).*/\1/p')
+    . /etc/os-release
+    if [ "${qemu_major:-0}" -lt 8 ] && [ "${VERSION_CODENAME:-}" = bookworm ]; then
+        sudo=()
+        [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+        echo "Installing qemu-user-static from bookworm-backports (this has qemu $qemu_major)"
+        echo "deb http://deb.debian.org/debian bookworm-backports main" |
+            "${sudo[@]}" tee /etc/apt/sources.list.d/bookworm-backports.list >/dev/null
+        "${sudo[@]}" apt-get update -qq
+        DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends \
+            -t bookworm-backports qemu-user-static
+    fi
 fi
