@@ -555,7 +555,14 @@ int OutputFile::linkBackup(const std::string &base, Backup backup) const
     }
     if (linked == -1)
         return errno;
-    const int renamed = ::renameat(m_folderFd, pending.c_str(), m_folderFd, name.c_str());
+    int renamed = ::renameat(m_folderFd, pending.c_str(), m_folderFd, name.c_str());
+    // fusefat 0.3 (Debian 13) refuses to rename over a file that exists; the backup it would
+    // replace is an older backup, which goes first there.
+    struct stat existing = {};
+    if (renamed == -1 && errno == EEXIST &&
+        ::fstatat(m_folderFd, name.c_str(), &existing, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISREG(existing.st_mode) && ::unlinkat(m_folderFd, name.c_str(), 0) == 0)
+        renamed = ::renameat(m_folderFd, pending.c_str(), m_folderFd, name.c_str());
     const int error = renamed == -1 ? errno : 0;
     // Gone after the rename, unless the backup's name was already a link of the old file (then
     // rename leaves both names); and on a failure.
