@@ -25,7 +25,8 @@ echo "package: $(basename "$package")"
 # --- Control fields ---------------------------------------------------------------------------
 depends=$(dpkg-deb -f "$package" Depends)
 echo "Depends: $depends"
-for library in libc6 libqt5core5a libqt5widgets5; do
+# Debian 13 renamed the Qt libraries for 64-bit time (libqt5core5a became libqt5core5t64).
+for library in libc6 'libqt5core5(a|t64)' 'libqt5widgets5(t64)?'; do
     if ! grep -qE "(^|[,|] *)$library( |,|$)" <<<"$depends"; then
         echo "FAIL: the computed Depends do not name $library" >&2
         exit 1
