@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -197,15 +199,24 @@ void TestBackup::backupKeepsMode()
     // The mode and times, as far as the file system keeps them (a card keeps no mode bits).
     QFETCH(QString, fileSystem);
     const Workspace workspace;
-    const Card card(workspace, fileSystem, "c");
+    Card card(workspace, fileSystem, "c");
     if (!card.ready())
         QSKIP(qPrintable(card.why()));
     workspace.write("c/f.bin", kOld);
     QFile::setPermissions(workspace.path("c/f.bin"),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     const QFile::Permissions mode = QFile::permissions(workspace.path("c/f.bin"));
-    const QDateTime modified = QFileInfo(workspace.path("c/f.bin")).lastModified();
+    // A time long past (and even, as FAT keeps seconds in twos), so that a copy stamped with
+    // the time of the run shows.
+    const QDateTime modified = QDateTime::fromString("2021-03-04T05:06:08Z", Qt::ISODate);
+    const struct timespec times[2] = {{modified.toSecsSinceEpoch(), 0},
+                                      {modified.toSecsSinceEpoch(), 0}};
+    QVERIFY(::utimensat(AT_FDCWD, QFile::encodeName(workspace.path("c/f.bin")), times, 0) == 0);
+    QCOMPARE(QFileInfo(workspace.path("c/f.bin")).lastModified(), modified);
     COMPARE_RUN(workspace.run({"defaults", "--backup=numbered", "-o", "c/f.bin"}), 0, "", "");
+    // What the card keeps, not what the kernel caches of it.
+    const QString reinserted = card.pulledAndPutBack();
+    QVERIFY2(reinserted.isEmpty(), qPrintable(reinserted));
     QCOMPARE(QFile::permissions(workspace.path("c/f.bin.~1~")), mode);
     QCOMPARE(QFileInfo(workspace.path("c/f.bin.~1~")).lastModified(), modified);
     QCOMPARE(QFile::permissions(workspace.path("c/f.bin")), mode);

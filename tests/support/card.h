@@ -41,9 +41,14 @@ public:
     QString why() const { return m_why; }
     // Whether the folder is a card (FAT32 or exFAT), which keeps no owner, mode bits or links.
     bool isCard() const { return m_mounted; }
+    // The card pulled out and put back: unmounted and mounted again from its image, so that
+    // what the test reads next is what the medium holds, not what the kernel still caches.
+    // Nothing for a folder that is no card. Returns what went wrong, or nothing.
+    QString pulledAndPutBack();
 
 private:
     QString m_mountPoint;
+    QString m_fileSystem;
     QTemporaryDir m_imageDir;
     QString m_why;
     bool m_mounted = false;

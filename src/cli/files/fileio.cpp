@@ -536,8 +536,9 @@ int OutputFile::linkBackup(const std::string &base, Backup backup) const
         const std::string self = "/proc/self/fd/" + std::to_string(m_lockedFd);
         linked = ::linkat(AT_FDCWD, self.c_str(), m_folderFd, pending.c_str(), AT_SYMLINK_FOLLOW);
     }
+    struct stat old = {};
+    bool copied = false;
     if (linked == -1 && noHardLinks(errno)) {
-        struct stat old = {};
         const int copy = ::fstat(m_lockedFd, &old) == -1
                              ? -1
                              : ::openat(m_folderFd, pending.c_str(),
@@ -552,6 +553,7 @@ int OutputFile::linkBackup(const std::string &base, Backup backup) const
             return error;
         }
         linked = 0;
+        copied = true;
     }
     if (linked == -1)
         return errno;
@@ -564,6 +566,12 @@ int OutputFile::linkBackup(const std::string &base, Backup backup) const
         S_ISREG(existing.st_mode) && ::unlinkat(m_folderFd, name.c_str(), 0) == 0)
         renamed = ::renameat(m_folderFd, pending.c_str(), m_folderFd, name.c_str());
     const int error = renamed == -1 ? errno : 0;
+    // fusefat stamps a renamed file with the time of the rename: the copy gets its times again
+    // under its final name. Only the times are at stake then, so a failure here fails nothing.
+    if (renamed == 0 && copied) {
+        const struct timespec times[2] = {old.st_atim, old.st_mtim};
+        ::utimensat(m_folderFd, name.c_str(), times, AT_SYMLINK_NOFOLLOW);
+    }
     // Gone after the rename, unless the backup's name was already a link of the old file (then
     // rename leaves both names); and on a failure.
     ::unlinkat(m_folderFd, pending.c_str(), 0);
