@@ -45,7 +45,12 @@ ROLE_OF_CLASS = {
     "QLineEdit": "text",
 }
 CHECKED = {True: "checked", False: "not checked"}
-READ_BUTTON = "Read from file push button"
+# Orca 43 (Debian 12) calls a push button "push button", Orca 48 (Debian 13) "button".
+PUSH_BUTTON = {43: "push button", 48: "button"}
+# The line Orca logs once it listens to the desktop's events: Orca 48 speaks "Screen reader on"
+# before it listens, and a window focused in between is tracked only in part. Orca 43 listens
+# before it speaks.
+LISTENING = {43: None, 48: "ORCA: Starting Atspi main event loop"}
 TAB_LIST = "page tab list"
 PAGE_TAB = " page tab"
 SBUS_PAGE = "SBUS/PPM"
@@ -57,9 +62,9 @@ POLL_INTERVAL = 0.02
 EVENT_BOUND = 45.0
 TABS_PER_PAGE = 40
 
-# A spoken line: "SPEECH OUTPUT: 'text'{voice}". An echoed key ends in a space and is followed
-# by one before the voice: "SPEECH OUTPUT: 'tab ' {voice}".
-SPOKEN = re.compile(r"SPEECH OUTPUT: '(.*)'\{")
+# A spoken line: "SPEECH OUTPUT: 'text'{voice}" (Orca 43) or "SPEECH OUTPUT: 'text' {voice}"
+# (Orca 48). An echoed key ends in a space: "SPEECH OUTPUT: 'tab ' {voice}".
+SPOKEN = re.compile(r"SPEECH OUTPUT: '(.*)' ?\{")
 
 
 def skip(reason):
@@ -126,11 +131,27 @@ class SpeechLog:
         self.read()
         return len(self.lines)
 
-    def utterances(self, since):
+    def utterances(self, since, echo=None):
+        """What was spoken since the mark, without the echo of a pressed key: Orca 43 speaks
+        it with a space at the end, Orca 48 as the key's name alone."""
         return [words(m.group(1)) for line in self.lines[since:]
-                if (m := SPOKEN.search(line)) and not m.group(1).endswith(" ")]
+                if (m := SPOKEN.search(line)) and not m.group(1).endswith(" ")
+                and m.group(1) != echo]
 
-    def wait(self, since, done, what):
+    def wait_for_line(self, text, what):
+        """Waits for a line of the log that holds text."""
+        deadline = time.monotonic() + EVENT_BOUND
+        while True:
+            self.read()
+            if any(text in line for line in self.lines):
+                return
+            if self.orca.poll() is not None:
+                raise orca_ended(self.home, self.orca, what)
+            if time.monotonic() > deadline:
+                raise RuntimeError(f"Orca logged nothing like {what} within {EVENT_BOUND:.0f} s")
+            time.sleep(POLL_INTERVAL)
+
+    def wait(self, since, done, what, echo=None):
         """Waits until done(utterances since the mark) holds once Orca has finished speaking
         (a line other than speech follows the last utterance). Returns the utterances."""
         deadline = time.monotonic() + EVENT_BOUND
@@ -140,7 +161,7 @@ class SpeechLog:
             last_speech = max((i for i, line in enumerate(new) if "SPEECH OUTPUT:" in line),
                               default=None)
             if last_speech is not None and last_speech + 1 < len(new):
-                heard = self.utterances(since)
+                heard = self.utterances(since, echo)
                 if heard and done(heard):
                     return heard
             if self.editor.poll() is not None:
@@ -150,7 +171,7 @@ class SpeechLog:
                 raise orca_ended(self.home, self.orca, what)
             if time.monotonic() > deadline:
                 raise RuntimeError(f"Orca said nothing like {what} within {EVENT_BOUND:.0f} s; "
-                                   f"heard {self.utterances(since)}")
+                                   f"heard {self.utterances(since, echo)}")
             time.sleep(POLL_INTERVAL)
 
 
@@ -181,6 +202,36 @@ class OrcaRefused(Exception):
     pass
 
 
+SILENT_SPEECH_SERVER = """\
+# Speech Dispatcher for a machine with no sound: ALSA's null device takes the audio, and the
+# one output module runs a command that says nothing, as no synthesizer need be installed.
+AudioOutputMethod "alsa"
+AudioALSADevice "null"
+AddModule "silent" "sd_generic" "silent.conf"
+DefaultModule silent
+LogLevel 3
+"""
+
+SILENT_MODULE = """\
+GenericExecuteSynth "true"
+AddVoice "en" "MALE1" "silent"
+DefaultVoice "silent"
+"""
+
+
+def silent_speech_server(config_home):
+    """Orca 48 logs an utterance only once a speech server has taken it (Orca 43 logged it with
+    no server at all), and Speech Dispatcher refuses to start when no output module can open
+    audio, as on a machine with no sound card. Its per-user settings in the fresh home give it
+    a module that needs no audio."""
+    folder = os.path.join(config_home, "speech-dispatcher")
+    os.makedirs(os.path.join(folder, "modules"), exist_ok=True)
+    with open(os.path.join(folder, "speechd.conf"), "w") as conf:
+        conf.write(SILENT_SPEECH_SERVER)
+    with open(os.path.join(folder, "modules", "silent.conf"), "w") as conf:
+        conf.write(SILENT_MODULE)
+
+
 def start_orca(home, log_path):
     """Orca with a fresh home (its default settings), its debug log line-buffered, what it
     prints kept in orca-output.txt beside the log."""
@@ -192,6 +243,7 @@ def start_orca(home, log_path):
                XDG_DATA_HOME=os.path.join(home, "data"),
                XDG_CACHE_HOME=os.path.join(home, "cache"))
     env.pop("QT_QPA_PLATFORM", None)  # ctest's offscreen platform is the editor's business
+    silent_speech_server(env["XDG_CONFIG_HOME"])
     with open(orca_output_path(home), "w") as output:
         return subprocess.Popen([sys.executable, "-c", ORCA_SHIM, log_path,
                                  shutil.which("orca")], env=env, stdout=output,
@@ -228,12 +280,23 @@ def press(key):
     subprocess.run(["xdotool", "key", key], check=True)
 
 
+def orca_release():
+    """Orca's major version ("orca 43.1" gives 43), for the words that differ between releases:
+    the newest release of those known that is not newer."""
+    printed = subprocess.run(["orca", "--version"], capture_output=True, text=True).stdout
+    found = re.search(r"(\d+)\.", printed)
+    major = int(found.group(1)) if found else max(PUSH_BUTTON)
+    return max((release for release in PUSH_BUTTON if release <= major), default=min(PUSH_BUTTON))
+
+
 # --- the walk ---------------------------------------------------------------------------------
 
 
 class Walk:
-    def __init__(self, log, facts, failures):
+    def __init__(self, log, facts, failures, release):
         self.log = log
+        self.release = release
+        self.push_button = PUSH_BUTTON[release]
         self.facts = facts
         self.failures = failures
         self.transcript = []
@@ -243,7 +306,7 @@ class Walk:
     def key(self, key, done, what):
         since = self.log.mark()
         press(key)
-        heard = self.log.wait(since, done, what)
+        heard = self.log.wait(since, done, what, echo=key.lower())
         self.transcript.append((key, heard))
         return heard
 
@@ -261,9 +324,8 @@ class Walk:
         return None, None
 
     def known(self, heard):
-        return (self.spoken_control(heard)[0] is not None
-                or any(u == READ_BUTTON or u.endswith(TAB_LIST) or "push button" in u
-                       for u in heard))
+        return ((self.spoken_control(heard)[0] is not None and self.complete(heard))
+                or any(u.endswith(TAB_LIST) or u.endswith(self.push_button) for u in heard))
 
     def tab(self, key="Tab"):
         heard = self.key(key, self.known, "the next control")
@@ -308,12 +370,18 @@ class Walk:
     # --- what each control must say ---
 
     def value_heard(self, control, heard, position):
-        """The value in the focus announcement, or None when the role is wrong."""
+        """The value in the focus announcement, or None when the role is wrong. Orca 43 says
+        "GPS combo box" | "item", "Offset 0.00 spin button"; Orca 48 says "GPS item combo box
+        item", "Offset spin button 0.00"."""
         role = ROLE_OF_CLASS.get(control["className"])
         caption = caption_words(control["caption"])
         utterance = heard[position]
         rest = utterance[len(caption):].strip()
+        newer = self.release >= 48
         if control["className"] == "QComboBox":
+            if newer:
+                item, _, spoken = rest.partition(f" {role} ")
+                return item if item and item == spoken else None
             if rest != role or position + 1 >= len(heard):
                 return None
             return heard[position + 1]
@@ -322,17 +390,29 @@ class Walk:
                 return None
             return rest[len(role):].strip()
         if control["className"] in ("QSpinBox", "QDoubleSpinBox"):
+            if newer:
+                return rest[len(role):].strip() if rest.startswith(f"{role} ") else None
             if not rest.endswith(role):
                 return None
             return rest[: -len(role)].strip()
         if control["className"] == "QLineEdit":
-            # Orca speaks a line edit's text apart, selected as the focus selects it all.
+            # Orca speaks a line edit's text apart, selected as the focus selects it all: "0" |
+            # "selected" (Orca 43) or "0 selected" (Orca 48).
             if rest != role:
                 return None
-            others = [u for i, u in enumerate(heard) if i != position and u != "selected"
-                      and " " not in u]
+            others = [u.removesuffix(" selected") for i, u in enumerate(heard)
+                      if i != position and u != "selected"]
+            others = [u for u in others if " " not in u]
             return others[0] if others else ""
         return None
+
+    def complete(self, heard):
+        """Whether the announcement of a control is whole: a line edit's text comes after its
+        caption and role, as an utterance of its own."""
+        control, position = self.spoken_control(heard)
+        if control is None or control["className"] != "QLineEdit" or not control["startText"]:
+            return True
+        return bool(self.value_heard(control, heard, position))
 
     def start_value(self, control):
         if control["className"] == "QComboBox":
@@ -417,10 +497,12 @@ class Walk:
             self.failures.add(f"the trigger mode could not be set to {item!r}")
 
 
-def run_walk(log, facts):
+def run_walk(log, facts, release):
     failures = Failures()
-    walk = Walk(log, facts, failures)
-    log.wait(0, lambda h: any(u.endswith("push button") for u in h), "the focused button")
+    walk = Walk(log, facts, failures, release)
+    # Orca speaks the window, then its focused button; a key pressed before the button is spoken
+    # moves the focus unannounced.
+    log.wait(0, lambda h: any(u.endswith(walk.push_button) for u in h), "the focused button")
     walk.to_tab_list()
 
     heard_per_page = {}
@@ -457,31 +539,36 @@ def write_transcript(path, transcript):
         out.write("\n".join(transcript_lines(transcript)) + "\n")
 
 
-MANUAL_MARK = "<!-- transcript checked by tests/accessibility/orca_speech.py -->"
+def manual_mark(release):
+    return f"<!-- transcript of Orca {release} checked by tests/accessibility/orca_speech.py -->"
 
 
-def manual_example(manual_path):
-    """The transcript lines the manual quotes: the fenced block after its mark."""
+def manual_example(manual_path, release):
+    """The transcript lines the manual quotes for the release: the fenced block after its
+    mark."""
     with open(manual_path, encoding="utf-8") as manual:
         text = manual.read()
-    if MANUAL_MARK not in text:
+    if manual_mark(release) not in text:
         return None
-    block = text.split(MANUAL_MARK, 1)[1].split("```", 2)[1]
+    block = text.split(manual_mark(release), 1)[1].split("```", 2)[1]
     return [line for line in block.splitlines()[1:] if line.strip()]
 
 
-def check_manual(manual_path, transcript, failures):
-    """The manual's example must be a run of lines of what was heard, in order."""
-    example = manual_example(manual_path)
+def check_manual(manual_path, release, transcript, failures):
+    """The manual's example for the release heard must be a run of lines of what was heard, in
+    order. It quotes each release the test knows, so each is held by the machine that has it."""
+    for known in PUSH_BUTTON:
+        if manual_example(manual_path, known) is None:
+            failures.add(f"{manual_path}: no transcript block after {manual_mark(known)!r}")
+    example = manual_example(manual_path, release)
     if not example:
-        failures.add(f"{manual_path}: no transcript block after {MANUAL_MARK!r}")
         return
     heard = transcript_lines(transcript)
     for start in range(len(heard) - len(example) + 1):
         if heard[start: start + len(example)] == example:
             return
-    failures.add(f"{manual_path}: its Orca transcript is not what Orca said; the first line "
-                 f"not heard in that order: "
+    failures.add(f"{manual_path}: its Orca {release} transcript is not what Orca said; the first "
+                 f"line not heard in that order: "
                  f"{next((line for line in example if line not in heard), example[0])!r}")
 
 
@@ -504,9 +591,12 @@ def run_in_session(arguments):
             name = os.path.basename(arguments.editor)
             orca = start_orca(home, log_path)
             log = SpeechLog(log_path, orca, editor, home)
+            release = orca_release()
             log.wait(0, lambda h: len(h) > 0, "Orca starting")
+            if LISTENING[release]:
+                log.wait_for_line(LISTENING[release], "Orca listening")
             focus_editor_window(name)
-            failures, counts, transcript = run_walk(log, facts)
+            failures, counts, transcript = run_walk(log, facts, release)
         except OrcaRefused as refused:
             print(f"SKIP: {refused}")
             return SKIP
@@ -524,7 +614,7 @@ def run_in_session(arguments):
     if arguments.transcript:
         write_transcript(arguments.transcript, transcript)
     if arguments.manual:
-        check_manual(arguments.manual, transcript, failures)
+        check_manual(arguments.manual, release, transcript, failures)
     print("; ".join(f"{k}: {v}" for k, v in counts.items()))
     return 1 if failures else 0
 
