@@ -20,6 +20,9 @@ extern const QStringList kZeroShow;
 extern const QStringList kDefaultJson;
 extern const QStringList kZeroJson;
 
+// `lxconfig export --format text` of the default record.
+extern const QString kDefaultText;
+
 // diff's line for the checksum of two files, "crc: A -> B\n", each the value the file stores.
 QString crcChange(const QByteArray &from, const QByteArray &to);
 
