@@ -5,17 +5,20 @@ walked through the AT-SPI registry with pyatspi, the client library Orca uses.
 
 For every control of every page it checks what a blind operator hears: a real role (not a
 generic filler), a non-empty name, and a labelled-by relation to the caption the form shows
-beside it. The captions are read from the Designer form (each label's text and buddy); only the
-number of captioned controls and the role each widget class must have are written out here.
+beside it. The captions, classes and pages come from the form's generated facts
+(tools/formfacts is the one reader of the Designer form; lumarex_printformfacts prints its table
+as JSON); only the number of captioned controls and the role each widget class must have are
+written out here.
 
 Exit status 0 when every control passes, 1 when any fails, 77 (skip) when the machine lacks
 what the check needs.
 
-Usage: atspi_captions.py --editor PATH --form PATH/mainwindow.ui [--report-only]
+Usage: atspi_captions.py --editor PATH --facts PATH [--report-only]
 """
 
 import argparse
 import importlib.util
+import json
 import os
 import shutil
 import signal
@@ -23,7 +26,6 @@ import subprocess
 import sys
 import tempfile
 import time
-import xml.etree.ElementTree as ElementTree
 
 SKIP = 77
 CAPTIONED_CONTROLS = 38
@@ -76,33 +78,22 @@ def check_prerequisites():
 
 
 class Caption:
-    def __init__(self, label, text, control, control_class, page):
-        self.label = label
+    def __init__(self, text, control, control_class, page):
         self.text = text
         self.control = control
         self.control_class = control_class
         self.page = page
 
 
-def form_captions(form_path):
-    """Every label that names a buddy: its text, the buddy's name and class, and the index of
-    the tab page that holds both."""
-    root = ElementTree.parse(form_path).getroot()
-    tab_widget = root.find(".//widget[@class='QTabWidget']")
-    pages = tab_widget.findall("widget")
-    classes = {w.get("name"): w.get("class") for w in root.iter("widget")}
-    captions = []
-    for index, page in enumerate(pages):
-        for label in page.iter("widget"):
-            if label.get("class") != "QLabel":
-                continue
-            buddy = label.find("property[@name='buddy']/cstring")
-            if buddy is None:
-                continue
-            text = label.find("property[@name='text']/string").text or ""
-            captions.append(Caption(label.get("name"), text, buddy.text, classes.get(buddy.text),
-                                    index))
-    return captions, len(pages)
+def form_captions(facts_printer):
+    """Every input control the form gives a caption: the caption's text, the control's name and
+    class, and the index of the tab page that holds it; and the number of pages, up to the last
+    that holds a control."""
+    facts = json.loads(subprocess.run([facts_printer], check=True, capture_output=True,
+                                      text=True).stdout)
+    captions = [Caption(c["caption"], c["objectName"], c["className"], c["pageIndex"])
+                for c in facts if c["caption"]]
+    return captions, 1 + max(c["pageIndex"] for c in facts)
 
 
 # --- processes -------------------------------------------------------------------------------
@@ -287,7 +278,7 @@ def examine(pyatspi, frame, captions, page_count):
         matches = [c for c in page_controls
                    if any(t.getRoleName() == "label" and t.name == caption.text
                           for t in labelled_by(pyatspi, c))]
-        where = f"{caption.control} (caption {caption.label} {caption.text!r})"
+        where = f"{caption.control} (caption {caption.text!r})"
         if len(matches) != 1:
             failures.append(f"{where}: {len(matches)} controls on page {caption.page} labelled "
                             f"by the caption, expected 1")
@@ -310,7 +301,7 @@ def examine(pyatspi, frame, captions, page_count):
 
 
 def run_in_session(arguments):
-    captions, page_count = form_captions(arguments.form)
+    captions, page_count = form_captions(arguments.facts)
     display_server = editor = bus = None
     runtime_dir = tempfile.TemporaryDirectory(prefix="lumarex-atspi-")
     try:
@@ -363,7 +354,7 @@ def in_private_session(marker, run, arguments):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("--editor", required=True)
-    parser.add_argument("--form", required=True)
+    parser.add_argument("--facts", required=True)
     parser.add_argument("--report-only", action="store_true",
                         help="print the findings and counts, exit 0 whatever they are")
     arguments = parser.parse_args()

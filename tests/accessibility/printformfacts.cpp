@@ -1,6 +1,6 @@
 // Prints the form's facts (lumarex::formControls(), generated from the Designer form) as JSON,
-// for the screen-reader test written in Python: what each control is called, which page holds
-// it and what it shows at start-up. One source for those facts; the test writes none of them.
+// for the screen-reader tests written in Python: what each control is called, which page holds
+// it and what it shows at start-up. One source for those facts; the tests write none of them.
 
 #include "formcontrols.h"
 

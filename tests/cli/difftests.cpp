@@ -69,10 +69,10 @@ void TestCli::diff_data()
     QTest::newRow("other version")
         << QStringList{"good.bin", "version.bin"} << 1 << "headerVersion: 20180601 -> 20180602\n"
         << "lxconfig: warning: version.bin: format version 20180602 (expected 20180601)\n";
-    QTest::newRow("bad checksum")
-        << QStringList{"checksum.bin"} << 1
-        << "triggerFrameMode: 1 \"Single frame capture\" -> 0 \"Ongoing stream (default)\"\n"
-        << "lxconfig: warning: checksum.bin: " + sampleMismatch("checksum.bin") + "\n";
+    QTest::newRow("bad checksum") << QStringList{"checksum.bin"} << 1
+                                  << frameModeChange(1, 0) + "\n"
+                                  << "lxconfig: warning: checksum.bin: " +
+                                         sampleMismatch("checksum.bin") + "\n";
     QTest::newRow("missing first") << QStringList{"missing.bin", "good.bin"} << 2 << ""
                                    << "lxconfig: missing.bin: cannot open: No such file or "
                                       "directory\n";

@@ -47,7 +47,9 @@ void TestCli::show_data()
         << "lxconfig: warning: version.bin: format version 20180602 (expected 20180601)\n";
     QTest::newRow("bad checksum")
         << "checksum.bin" << 0
-        << withLines(kDefaultShow, {R"-(triggerFrameMode       100  1 "Single frame capture")-"})
+        << withLines(
+               kDefaultShow,
+               {QStringLiteral(R"-(triggerFrameMode       100  1 "%1")-").arg(kFrameModeItems[1])})
         << "lxconfig: warning: checksum.bin: " + sampleMismatch("checksum.bin") + "\n";
     QTest::newRow("missing") << "missing.bin" << 1 << ""
                              << "lxconfig: missing.bin: cannot open: No such file or directory\n";

@@ -280,8 +280,9 @@ void TestApply::exceptKeepsEachCamerasOwn()
         options.contains("Baudrate") ? "43 fields applied" : "40 fields applied";
     const QString changes =
         " 2 changed\n"
-        "  triggerFrameMode: 0 \"Ongoing stream (default)\" -> 1 \"Single frame "
-        "capture\"\n"
+        "  " +
+        frameModeChange(0, 1) +
+        "\n"
         "  gpsReceiver: 2 \"Lumarex GPS Receiver - based on u-blox 8 Multi GNSS "
         "UBX-M8030-KT chipset\" -> 0 \"Custom settings\"\n";
     COMPARE_RUN(m_workspace.run(QStringList{"apply"} + options +

@@ -5,9 +5,11 @@
 // of its own, its commands one after the other in one /bin/sh, with lxconfig first in PATH.
 //
 // With LUMAREX_UPDATE_EXAMPLES=1 in the environment, a step whose printed lines differ from the
-// documented ones (and that has no "...") gets the printed lines written into the document
-// instead of failing, for a change that is meant to change lxconfig's output; read the
-// difference (git diff docs/lxconfig.md) before committing it.
+// documented ones gets the printed lines written into the document instead of failing, for a
+// change that is meant to change lxconfig's output; read the difference (git diff
+// docs/lxconfig.md) before committing it. A step with "..." keeps its lines: each that names one
+// printed line by its first word (a setting's name) takes that line's text, if the step then
+// matches; otherwise it fails as without the variable.
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,6 +17,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <optional>
 
 namespace {
 
@@ -79,6 +82,34 @@ bool matches(const QStringList &expected, int e, const QStringList &actual, int 
     }
     return a < actual.size() && expected.at(e) == actual.at(a) &&
            matches(expected, e + 1, actual, a + 1);
+}
+
+// The abridged step's lines with each one whose first word is that of exactly one printed line
+// (and of no other documented line) replaced by that printed line; nothing unless the result
+// matches what was printed.
+std::optional<QStringList> abridgedUpdate(const QStringList &expected, const QStringList &actual)
+{
+    auto firstWord = [](const QString &line) {
+        return line.section(' ', 0, 0, QString::SectionSkipEmpty);
+    };
+    auto withWord = [&](const QStringList &lines, const QString &word) {
+        QStringList found;
+        for (const QString &line : lines) {
+            if (firstWord(line) == word)
+                found.append(line);
+        }
+        return found;
+    };
+    QStringList updated = expected;
+    for (QString &line : updated) {
+        const QString word = firstWord(line);
+        const QStringList printed = withWord(actual, word);
+        if (line.trimmed() != "..." && printed.size() == 1 && withWord(expected, word).size() == 1)
+            line = printed.first();
+    }
+    if (!matches(updated, 0, actual, 0))
+        return std::nullopt;
+    return updated;
 }
 
 // What each command printed, run in order in one shell.
@@ -173,8 +204,12 @@ void TestDocExamples::sessions()
         const Step &step = session.steps.at(i);
         const QStringList actual = printed.at(i);
         if (!matches(step.expected, 0, actual, 0)) {
-            if (update && !step.expected.contains(QStringLiteral("..."))) {
-                changes.append({step, actual});
+            const std::optional<QStringList> written =
+                !step.expected.contains(QStringLiteral("..."))
+                    ? actual
+                    : abridgedUpdate(step.expected, actual);
+            if (update && written) {
+                changes.append({step, *written});
                 continue;
             }
             if (!changes.isEmpty())

@@ -24,77 +24,6 @@ using lumarex::FieldType;
 constexpr int kRandomFiles = 300;
 constexpr quint32 kSeed = 29;
 
-// What export --format text writes for the editor's untouched form, written out.
-const QString kDefaultText = QStringLiteral(
-    "# Lumarex 2.0 settings, one NAME = VALUE line each, page by page in the window's words;\n"
-    "# a number before a note in brackets is the value stored.\n"
-    "\n"
-    "# File header\n"
-    "magic = \"CONF\"\n"
-    "payloadLength = 153\n"
-    "headerVersion = 20180601\n"
-    "\n"
-    "# Page \"Periphery\"\n"
-    "gimbalRc = off\n"
-    "gpsReceiver = \"Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT chipset\"\n"
-    "externalShutter = off\n"
-    "esoHeating = 800\n"
-    "esoHeatcycle = 1000\n"
-    "esoShutterInterval = 120\n"
-    "esoOpt5 = 0\n"
-    "esoOffset = 0.00\n"
-    "\n"
-    "# Page \"Trigger\"\n"
-    "triggerFrameMode = \"Ongoing stream (default)\"\n"
-    "triggerPinMode = \"ON/OFF\"\n"
-    "triggerFfcMode = \"no additional FFC (default)\"\n"
-    "\n"
-    "# Page \"GPS/Serial\"\n"
-    "serialParity = \"none\"\n"
-    "serialStopBits = \"1\"\n"
-    "serialInverted = on\n"
-    "serialBaudrate = \"38400\"\n"
-    "\n"
-    "# Page \"SBUS/PPM\"\n"
-    "triggerLow = 688\n"
-    "sbusFfc = \"Channel 6\"\n"
-    "sbusIsotherms = \"Channel 1\"\n"
-    "sbusColormap = \"Channel 4\"\n"
-    "sbusIsoLow = \"Deactivated\"\n"
-    "sbusIsoMid = \"Deactivated\"\n"
-    "sbusIsoUp = \"Deactivated\"\n"
-    "sbusOverlay = \"Channel 2\"\n"
-    "triggerHigh = 1366\n"
-    "sbusTrigger = \"Channel 5\"\n"
-    "sbusZoom = \"Channel 3\"\n"
-    "sbusZoomMode = \"high/low (default)\"\n"
-    "sbusColorMapSwitchMode = \"high/low (default)\"\n"
-    "\n"
-    "# Page \"Extensions\"\n"
-    "ext0Mode = \"None (default)\"\n"
-    "ext1Mode = \"None (default)\"\n"
-    "\n"
-    "# Page \"Isotherms\"\n"
-    "isothermState = \"OFF (default)\"\n"
-    "isothermLower = 15\n"
-    "isothermMiddle = 34\n"
-    "isothermUpper = 40\n"
-    "isothermSwitchMode = \"high/low (default)\"\n"
-    "\n"
-    "# Page \"Overlay\"\n"
-    "overlayMode = \"OFF\"\n"
-    "\n"
-    "# Page \"Recording Options\"\n"
-    "frameSkip = 0\n"
-    "recMaxFramesPerFile = 1000\n"
-    "\n"
-    "# Not in the window: constants and spare bytes\n"
-    "reserved101 = 0\n"
-    "fixed134 = 1073741824\n"
-    "spare157 = 0\n"
-    "\n"
-    "# Checksum\n");
-
 // The text's last line: the checksum.
 QString checksumLine(quint16 checksum)
 {
@@ -215,8 +144,7 @@ private:
 
 void TestTextForm::defaultFile()
 {
-    COMPARE_RUN(m_workspace.run({"export", "--format", "text", "good.bin"}), 0,
-                kDefaultText + checksumLine(storedChecksum(kDefaultBytes)), "");
+    COMPARE_RUN(m_workspace.run({"export", "--format", "text", "good.bin"}), 0, kDefaultText, "");
 }
 
 void TestTextForm::roundTripRandomFiles()

@@ -7,6 +7,18 @@
 
 const QByteArray kDefaultBytes = untouchedFormFile();
 
+const QString kFrameModeItems[2] = {QStringLiteral("Ongoing stream (default)"),
+                                    QStringLiteral("Single frame capture")};
+
+QString frameModeChange(int from, int to)
+{
+    return QStringLiteral("triggerFrameMode: %1 \"%2\" -> %3 \"%4\"")
+        .arg(from)
+        .arg(kFrameModeItems[from])
+        .arg(to)
+        .arg(kFrameModeItems[to]);
+}
+
 const QStringList kDefaultShow = {
     R"-(magic                    0  "CONF")-",
     R"-(payloadLength            4  153)-",
@@ -18,7 +30,7 @@ const QStringList kDefaultShow = {
     R"-(frameSkip               94  0)-",
     R"-(triggerPinMode          98  0 "ON/OFF")-",
     R"-(triggerFfcMode          99  0 "no additional FFC (default)")-",
-    R"-(triggerFrameMode       100  0 "Ongoing stream (default)")-",
+    QStringLiteral(R"-(triggerFrameMode       100  0 "%1")-").arg(kFrameModeItems[0]),
     R"-(reserved101            101  0)-",
     R"-(overlayMode            102  0 "OFF")-",
     R"-(isothermState          103  0 "OFF (default)")-",
@@ -66,7 +78,7 @@ const QStringList kZeroShow = {
     R"-(frameSkip               94  0)-",
     R"-(triggerPinMode          98  0 "ON/OFF")-",
     R"-(triggerFfcMode          99  0 "no additional FFC (default)")-",
-    R"-(triggerFrameMode       100  0 "Ongoing stream (default)")-",
+    QStringLiteral(R"-(triggerFrameMode       100  0 "%1")-").arg(kFrameModeItems[0]),
     R"-(reserved101            101  0)-",
     R"-(overlayMode            102  0 "OFF")-",
     R"-(isothermState          103  0 "OFF (default)")-",
@@ -202,6 +214,81 @@ const QStringList kZeroJson = {
     R"-(    "crc": 0)-",
     R"-(})-",
 };
+
+const QString kDefaultText =
+    QStringLiteral(
+        "# Lumarex 2.0 settings, one NAME = VALUE line each, page by page in the window's words;\n"
+        "# a number before a note in brackets is the value stored.\n"
+        "\n"
+        "# File header\n"
+        "magic = \"CONF\"\n"
+        "payloadLength = 153\n"
+        "headerVersion = 20180601\n"
+        "\n"
+        "# Page \"Periphery\"\n"
+        "gimbalRc = off\n"
+        "gpsReceiver = \"Lumarex GPS Receiver - based on u-blox 8 Multi GNSS UBX-M8030-KT "
+        "chipset\"\n"
+        "externalShutter = off\n"
+        "esoHeating = 800\n"
+        "esoHeatcycle = 1000\n"
+        "esoShutterInterval = 120\n"
+        "esoOpt5 = 0\n"
+        "esoOffset = 0.00\n"
+        "\n"
+        "# Page \"Trigger\"\n"
+        "triggerFrameMode = \"") +
+    kFrameModeItems[0] +
+    QStringLiteral("\"\n"
+                   "triggerPinMode = \"ON/OFF\"\n"
+                   "triggerFfcMode = \"no additional FFC (default)\"\n"
+                   "\n"
+                   "# Page \"GPS/Serial\"\n"
+                   "serialParity = \"none\"\n"
+                   "serialStopBits = \"1\"\n"
+                   "serialInverted = on\n"
+                   "serialBaudrate = \"38400\"\n"
+                   "\n"
+                   "# Page \"SBUS/PPM\"\n"
+                   "triggerLow = 688\n"
+                   "sbusFfc = \"Channel 6\"\n"
+                   "sbusIsotherms = \"Channel 1\"\n"
+                   "sbusColormap = \"Channel 4\"\n"
+                   "sbusIsoLow = \"Deactivated\"\n"
+                   "sbusIsoMid = \"Deactivated\"\n"
+                   "sbusIsoUp = \"Deactivated\"\n"
+                   "sbusOverlay = \"Channel 2\"\n"
+                   "triggerHigh = 1366\n"
+                   "sbusTrigger = \"Channel 5\"\n"
+                   "sbusZoom = \"Channel 3\"\n"
+                   "sbusZoomMode = \"high/low (default)\"\n"
+                   "sbusColorMapSwitchMode = \"high/low (default)\"\n"
+                   "\n"
+                   "# Page \"Extensions\"\n"
+                   "ext0Mode = \"None (default)\"\n"
+                   "ext1Mode = \"None (default)\"\n"
+                   "\n"
+                   "# Page \"Isotherms\"\n"
+                   "isothermState = \"OFF (default)\"\n"
+                   "isothermLower = 15\n"
+                   "isothermMiddle = 34\n"
+                   "isothermUpper = 40\n"
+                   "isothermSwitchMode = \"high/low (default)\"\n"
+                   "\n"
+                   "# Page \"Overlay\"\n"
+                   "overlayMode = \"OFF\"\n"
+                   "\n"
+                   "# Page \"Recording Options\"\n"
+                   "frameSkip = 0\n"
+                   "recMaxFramesPerFile = 1000\n"
+                   "\n"
+                   "# Not in the window: constants and spare bytes\n"
+                   "reserved101 = 0\n"
+                   "fixed134 = 1073741824\n"
+                   "spare157 = 0\n"
+                   "\n"
+                   "# Checksum\n") +
+    QStringLiteral("crc = %1\n").arg(storedChecksum(kDefaultBytes));
 
 QString crcChange(const QByteArray &from, const QByteArray &to)
 {

@@ -12,6 +12,13 @@
 // The 167 bytes the editor saves from its untouched form: tests/data/untouched-form.bin.
 extern const QByteArray kDefaultBytes;
 
+// The trigger frame mode's two item texts, written out once for every output that quotes them.
+extern const QString kFrameModeItems[2];
+
+// The line diff, set and apply write for a change of the trigger frame mode from one item to
+// the other, without indent or newline: triggerFrameMode: 0 "..." -> 1 "...".
+QString frameModeChange(int from, int to);
+
 // `lxconfig show` of the default record and of a record of zero bytes, one line per field.
 extern const QStringList kDefaultShow;
 extern const QStringList kZeroShow;
@@ -19,6 +26,9 @@ extern const QStringList kZeroShow;
 // `lxconfig export` of the same two records, line by line.
 extern const QStringList kDefaultJson;
 extern const QStringList kZeroJson;
+
+// `lxconfig export --format text` of the default record.
+extern const QString kDefaultText;
 
 // diff's line for the checksum of two files, "crc: A -> B\n", each the value the file stores.
 QString crcChange(const QByteArray &from, const QByteArray &to);
