@@ -36,4 +36,12 @@ std::optional<std::uint32_t> storedNumber(Stored stored, const ControlState &sta
     return std::nullopt;
 }
 
+std::optional<std::uint32_t> itemStoredNumber(Stored stored, const ControlFacts &facts, int index)
+{
+    ControlState state;
+    state.index = index;
+    state.itemText = facts.item(index);
+    return storedNumber(stored, state);
+}
+
 } // namespace lumarex

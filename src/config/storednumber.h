@@ -33,5 +33,7 @@ std::uint32_t numberIn(std::string_view text);
 // The number the save command stores for the state, or nothing for a mode item without a device
 // code (the save command then leaves the cleared record's byte).
 std::optional<std::uint32_t> storedNumber(Stored stored, const ControlState &state);
+// The same for a combo box's item at that index: what choosing it stores.
+std::optional<std::uint32_t> itemStoredNumber(Stored stored, const ControlFacts &facts, int index);
 
 } // namespace lumarex

@@ -1,5 +1,6 @@
 #include "editormodel.h"
 
+#include "controltext.h"
 #include "conversions.h"
 #include "formfields.h"
 #include "storednumber.h"
@@ -121,14 +122,12 @@ ControlValue &EditorModel::at(std::string_view objectName)
 
 double EditorModel::roundToDecimals(double value, int decimals)
 {
-    char text[400];
-    const auto [end, error] =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
-    if (error != std::errc())
-        return value;
+    // The box keeps what it shows: the value rounded to its decimals as its text has it.
+    const std::string text = lumarex::decimalText(value, decimals);
     double rounded = 0;
-    std::from_chars(text, end, rounded);
-    return rounded;
+    return std::from_chars(text.data(), text.data() + text.size(), rounded).ec == std::errc()
+               ? rounded
+               : value;
 }
 
 void EditorModel::selectIndex(ControlValue &control, int index, const Origin &origin)

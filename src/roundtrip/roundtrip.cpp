@@ -1,5 +1,6 @@
 #include "roundtrip.h"
 
+#include "controltext.h"
 #include "conversions.h"
 #include "editormodel.h"
 #include "formfields.h"
@@ -91,7 +92,8 @@ Cause conversionLoss(const RestoreStep &step, const ControlValue &box, const Con
     case Restore::Hundredths: {
         const std::uint32_t stored = record.value(step.field);
         if (record.signedValue(step.field) < 0)
-            return {Why::Clamped, "read back unsigned as " + realText(stored / 100.0, 2) +
+            return {Why::Clamped, "read back unsigned as " +
+                                      decimalText(esoOffsetFromField(stored), facts.decimals) +
                                       "; the box holds " + rangeText(facts)};
         if (esoOffsetFromField(stored) > facts.maximum)
             return {Why::Clamped, "the box holds " + rangeText(facts)};

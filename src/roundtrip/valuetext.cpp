@@ -1,27 +1,8 @@
 #include "valuetext.h"
 
-#include <charconv>
+#include "controltext.h"
 
 namespace lumarex::roundtrip {
-
-std::string realText(double value, int decimals)
-{
-    char text[400];
-    const auto [end, error] =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
-    return error == std::errc() ? std::string(text, end) : std::string("?");
-}
-
-std::string quoted(std::string_view text)
-{
-    return "\"" + std::string(text) + "\"";
-}
-
-std::string rangeText(const ControlFacts &facts)
-{
-    return realText(facts.minimum, facts.decimals) + " to " +
-           realText(facts.maximum, facts.decimals);
-}
 
 std::string shownText(const ControlValue &control)
 {
@@ -29,9 +10,9 @@ std::string shownText(const ControlValue &control)
     if (facts.className == "QComboBox")
         return control.index < 0 ? "no item" : quoted(facts.item(control.index));
     if (facts.className == "QCheckBox")
-        return control.checked ? "checked" : "unchecked";
+        return std::string(checkText(control.checked));
     if (facts.className == "QDoubleSpinBox")
-        return realText(control.real, facts.decimals);
+        return decimalText(control.real, facts.decimals);
     if (facts.className == "QLineEdit")
         return quoted(control.text);
     return std::to_string(control.value);

@@ -2,6 +2,7 @@
 // Expected bytes and values are written out here, never taken from the code under test.
 
 #include "configrecord.h"
+#include "controltext.h"
 #include "conversions.h"
 #include "crc16.h"
 #include "editorverdict.h"
@@ -12,6 +13,7 @@
 #include <QSet>
 #include <QString>
 #include <QTest>
+#include <cstdio>
 #include <optional>
 #include <random>
 #include <vector>
@@ -178,6 +180,9 @@ private slots:
     void extModeCode();
     void extModeIndex_data();
     void extModeIndex();
+
+    void decimalText_data();
+    void decimalText();
 };
 
 // ---- checksum ----
@@ -851,6 +856,38 @@ void TestFormat::extModeIndex()
     const std::optional<int> index = port == 0 ? lumarex::ext0ModeIndex(std::uint8_t(code))
                                                : lumarex::ext1ModeIndex(std::uint8_t(code));
     QCOMPARE(index.value_or(-1), expected);
+}
+
+// ---- a box's number as text ----
+
+void TestFormat::decimalText_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("whole") << 120.0 << 0 << "120";
+    QTest::newRow("two decimals") << 10.0 << 2 << "10.00";
+    QTest::newRow("negative") << -1.25 << 2 << "-1.25";
+    QTest::newRow("rounded half to even of the stored double") << 0.125 << 2 << "0.12";
+    QTest::newRow("not exact in binary") << 0.29 << 2 << "0.29";
+    QTest::newRow("read back unsigned") << 4294967171 / 100.0 << 2 << "42949671.71";
+    QTest::newRow("negative zero") << -0.0 << 2 << "-0.00";
+    QTest::newRow("largest double, as printf has it") << 1.7976931348623157e308 << 2 << QString();
+}
+
+// The text a box shows: its value rounded to its decimals, the same as printf's "%.*f" in the C
+// locale.
+void TestFormat::decimalText()
+{
+    QFETCH(double, value);
+    QFETCH(int, decimals);
+    QFETCH(QString, expected);
+    if (!expected.isNull())
+        QCOMPARE(QString::fromStdString(lumarex::decimalText(value, decimals)), expected);
+    char printed[400];
+    std::snprintf(printed, sizeof printed, "%.*f", decimals, value);
+    QCOMPARE(QString::fromStdString(lumarex::decimalText(value, decimals)), QString(printed));
 }
 
 QTEST_APPLESS_MAIN(TestFormat)

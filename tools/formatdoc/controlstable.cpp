@@ -1,9 +1,8 @@
 #include "controlstable.h"
 
-#include "conversions.h"
+#include "controltext.h"
 #include "formfields.h"
-
-#include <cstdio>
+#include "storednumber.h"
 
 namespace formatdoc {
 
@@ -12,29 +11,10 @@ namespace {
 using lumarex::ControlFacts;
 using lumarex::Stored;
 
-std::string fixed(double value, int decimals)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.*f", decimals, value);
-    return text;
-}
-
-// What the item at index saves into the field.
+// What the item at index saves into the field, as the save command stores it.
 std::string itemCode(Stored stored, const ControlFacts &control, int index)
 {
-    std::optional<std::uint8_t> code;
-    switch (stored) {
-    case Stored::Ext0Code:
-        code = lumarex::ext0ModeCode(index);
-        break;
-    case Stored::Ext1Code:
-        code = lumarex::ext1ModeCode(index);
-        break;
-    case Stored::ItemNumber:
-        return std::string(control.item(index));
-    default:
-        return std::to_string(index);
-    }
+    const std::optional<std::uint32_t> code = lumarex::itemStoredNumber(stored, control, index);
     return code ? std::to_string(*code) : "nothing";
 }
 
@@ -50,12 +30,12 @@ std::string valuesCell(const lumarex::FormField &entry, const ControlFacts &cont
     }
     switch (entry.stored) {
     case Stored::Checked:
-        return "1 checked, 0 unchecked";
+        return "1 " + std::string(lumarex::checkText(true)) + ", 0 " +
+               std::string(lumarex::checkText(false));
     case Stored::TextNumber:
         return "the text";
     default:
-        return fixed(control.minimum, control.decimals) + " to " +
-               fixed(control.maximum, control.decimals);
+        return lumarex::rangeText(control);
     }
 }
 
@@ -64,8 +44,8 @@ std::string startCell(const ControlFacts &control)
     if (control.itemCount > 0 || control.className == "QLineEdit")
         return "*" + std::string(control.startText) + "*";
     if (control.className == "QCheckBox")
-        return control.startChecked ? "checked" : "unchecked";
-    return fixed(control.startValue, control.decimals);
+        return std::string(lumarex::checkText(control.startChecked));
+    return lumarex::decimalText(control.startValue, control.decimals);
 }
 
 } // namespace

@@ -144,7 +144,7 @@ std::optional<CardWriteFailure> writeToCard(const std::string &path, std::string
     std::optional<std::string> unkept;
     // The temporary file is read back before it replaces the old one.
     const OutputFile::ContentWriter writeAndReadBack = [&](int fd) {
-        if (const int error = writeAll(fd, data))
+        if (const int error = writeAllErrno(fd, data))
             return error;
         if (::fsync(fd) == -1)
             return errno;

@@ -45,8 +45,10 @@ Result<JsonValue> readTemplate(const std::string &path, const std::string &field
     // The checksum is mended in every file, so a template exported whole may carry one.
     if (!problem)
         form.erase("crc");
-    if (!problem)
-        problem = leaveKept(form, exceptPattern);
+    if (!problem) {
+        if (Done kept = leaveKept(form, exceptPattern); !kept)
+            problem = kept.failure().reason;
+    }
     lumarex::ConfigRecord probe;
     if (!problem) {
         if (Done set = setFieldsFromJson(form, probe); !set)
@@ -98,10 +100,12 @@ void warnAboutTies(const std::string &path, const JsonValue &form, Output &outpu
 }
 
 // The template's settings as set takes them, the rules' own settings first (the gimbal, GPS
-// receiver, external shutter and trigger pin mode), so that what they lock is set after them.
-std::optional<std::string> assignmentsOf(const JsonValue &form, const lumarex::ConfigRecord &record,
-                                         std::vector<std::string> &assignments)
+// receiver, external shutter and trigger pin mode), so that what they lock is set after them;
+// a failure (without a file) for a field the window cannot set so.
+Result<std::vector<std::string>> assignmentsOf(const JsonValue &form,
+                                               const lumarex::ConfigRecord &record)
 {
+    std::vector<std::string> assignments;
     lumarex::ConfigRecord wanted = record;
     setFieldsFromJson(form, wanted); // checked when the template was read
     std::vector<lumarex::Field> order;
@@ -118,19 +122,21 @@ std::optional<std::string> assignmentsOf(const JsonValue &form, const lumarex::C
         const bool same = sameField(wanted, record, info);
         if (!lumarex::formFieldOf(field)) {
             if (!same)
-                return std::string(info.name) +
-                       ": no control of the window sets it; --raw writes its bytes";
+                return Failure{{},
+                               std::string(info.name) +
+                                   ": no control of the window sets it; --raw writes its bytes"};
             continue;
         }
         for (int element = 1; element < info.elementCount(); ++element) {
             if (numberOf(wanted, info, element) != numberOf(wanted, info, 0))
-                return std::string(info.name) +
-                       ": the window sets every element at once; --raw writes them one by one";
+                return Failure{{},
+                               std::string(info.name) + ": the window sets every element at "
+                                                        "once; --raw writes them one by one"};
         }
         assignments.push_back(std::string(info.name) + "=" +
                               std::to_string(numberOf(wanted, info, 0)));
     }
-    return std::nullopt;
+    return assignments;
 }
 
 // One file: the line it gets, or false after its error line.
@@ -146,10 +152,12 @@ bool applyTo(const std::string &path, const JsonValue &form, const Invocation &i
     if (invocation.raw) {
         setFieldsFromJson(form, *record); // checked when the template was read
     } else {
-        std::vector<std::string> assignments;
-        std::optional<std::string> problem = assignmentsOf(form, *record, assignments);
-        if (!problem) {
-            Result<RuleChanges> edit = editAsWindow(*record, assignments, invocation.force);
+        const Result<std::vector<std::string>> assignments = assignmentsOf(form, *record);
+        std::optional<std::string> problem;
+        if (!assignments) {
+            problem = assignments.failure().reason;
+        } else {
+            Result<RuleChanges> edit = editAsWindow(*record, *assignments, invocation.force);
             if (edit)
                 ruleChanged = std::move(*edit);
             else

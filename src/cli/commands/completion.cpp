@@ -3,10 +3,10 @@
 #include "commands.h"
 #include "commandtable.h"
 #include "configrecord.h"
+#include "controltext.h"
 #include "formfields.h"
 #include "settingname.h"
 #include "settingvalue.h"
-#include "valuetext.h"
 
 namespace lxconfig {
 
@@ -29,7 +29,7 @@ void listValues(const std::string &name, Output &output)
     for (const std::string_view item : facts->items()) {
         const SettingValue value = settingValue(*pairing, item);
         if (value.holdable && value.stored &&
-            shownValue(pairing->field, *value.stored) == lumarex::roundtrip::quoted(item))
+            shownValue(pairing->field, *value.stored) == lumarex::quoted(item))
             output.out(std::string(item) + '\n');
     }
 }

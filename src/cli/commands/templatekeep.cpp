@@ -12,14 +12,14 @@ inline constexpr const char *kKeepKey = "keep";
 
 } // namespace
 
-std::optional<std::string> leaveKept(JsonValue &form, const std::string &exceptPattern)
+Done leaveKept(JsonValue &form, const std::string &exceptPattern)
 {
     std::vector<std::string> patterns;
     if (!exceptPattern.empty()) {
         patterns = patternsOf(exceptPattern);
         const std::string unmatched = unmatchedPattern(patterns);
         if (!unmatched.empty())
-            return "--except: " + unmatched;
+            return Failure{{}, "--except: " + unmatched};
     }
     if (const auto keep = form.find(kKeepKey); keep != form.end()) {
         std::vector<std::string> kept;
@@ -28,10 +28,12 @@ std::optional<std::string> leaveKept(JsonValue &form, const std::string &exceptP
                 kept.push_back(pattern.get<std::string>());
         }
         if (!keep->is_array() || kept.size() != keep->size())
-            return std::string(kKeepKey) + ": expected a list of field patterns, as --fields takes";
+            return Failure{{},
+                           std::string(kKeepKey) +
+                               ": expected a list of field patterns, as --fields takes"};
         const std::string unmatched = unmatchedPattern(kept);
         if (!unmatched.empty())
-            return std::string(kKeepKey) + ": " + unmatched;
+            return Failure{{}, std::string(kKeepKey) + ": " + unmatched};
         patterns.insert(patterns.end(), kept.begin(), kept.end());
         form.erase(kKeepKey);
     }
@@ -41,7 +43,7 @@ std::optional<std::string> leaveKept(JsonValue &form, const std::string &exceptP
         else
             ++it;
     }
-    return std::nullopt;
+    return {};
 }
 
 } // namespace lxconfig

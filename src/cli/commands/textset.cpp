@@ -45,16 +45,16 @@ struct Assignment
 
 // The lines as set's assignments, the rules' own settings first, so that what they lock is
 // set after them; the checksum and the constants that the file holds already are left out. The
-// reason, with its line, when a line cannot be read.
-std::optional<std::string> assignmentsOf(const std::vector<TextLine> &lines,
-                                         const ConfigRecord &record,
-                                         std::vector<Assignment> &assignments)
+// failure (without a file) names the line that cannot be read.
+Result<std::vector<Assignment>> assignmentsOf(const std::vector<TextLine> &lines,
+                                              const ConfigRecord &record)
 {
+    std::vector<Assignment> assignments;
     for (const TextLine &line : lines) {
         ConfigRecord probe = record;
         const LineValue read = readLine(line, probe);
         if (!read.field)
-            return "line " + std::to_string(line.number) + ": " + read.problem;
+            return Failure{{}, "line " + std::to_string(line.number) + ": " + read.problem};
         const Field field = *read.field;
         const bool same = sameField(probe, record, lumarex::fieldInfo(field));
         const lumarex::FormField *pairing = lumarex::formFieldOf(field);
@@ -64,7 +64,7 @@ std::optional<std::string> assignmentsOf(const std::vector<TextLine> &lines,
     }
     std::stable_partition(assignments.begin(), assignments.end(),
                           [](const Assignment &given) { return isRuleSource(given.field); });
-    return std::nullopt;
+    return assignments;
 }
 
 // The assignments to give the window: those that change the file, and those a change before
@@ -132,14 +132,14 @@ int setFromText(const Invocation &invocation, Output &output)
     if (!succeeded(record, output))
         return kExitFailure;
     const ConfigRecord before = *record;
-    std::vector<Assignment> assignments;
-    if (const std::optional<std::string> problem = assignmentsOf(*lines, before, assignments)) {
-        output.error(path + ": " + textName + ", " + *problem);
+    const Result<std::vector<Assignment>> assignments = assignmentsOf(*lines, before);
+    if (!assignments) {
+        output.error(path + ": " + textName + ", " + assignments.failure().reason);
         return kExitFailure;
     }
     std::vector<Assignment> given;
     Result<RuleChanges> edit = editAsWindow(
-        *record, changes(before, assignments, invocation.force, given), invocation.force);
+        *record, changes(before, *assignments, invocation.force, given), invocation.force);
     if (!edit) {
         output.error(path + ": " + textName + ", line " +
                      std::to_string(refusedLine(before, given, invocation.force)) + ": " +

@@ -20,8 +20,8 @@ namespace {
 // A file bigger than this is no configuration the camera reads.
 constexpr std::size_t kLargestFile = 1 << 20;
 
-// The card named, or the only one mounted; nothing after an error line.
-std::optional<std::string> chosenCard(const Invocation &invocation, Output &output)
+// The card named, or the only one mounted; a failure (without a file) when none or several are.
+Result<std::string> chosenCard(const Invocation &invocation)
 {
     if (invocation.arguments.size() > 1) {
         // "CARD/" as a shell completes it names the same card; the file is CARD/LXCONFIG.BIN.
@@ -34,16 +34,17 @@ std::optional<std::string> chosenCard(const Invocation &invocation, Output &outp
     if (cards.size() == 1)
         return cards.front().mountPoint;
     if (cards.empty()) {
-        output.error("no card is mounted: put one in, or name the folder where it is mounted "
-                     "(lxconfig write FILE CARD)");
-        return std::nullopt;
+        return Failure{{},
+                       "no card is mounted: put one in, or name the folder where it is mounted "
+                       "(lxconfig write FILE CARD)"};
     }
     std::string names;
     for (const MountedCard &card : cards)
         names += "\n  " + card.mountPoint;
-    output.error(std::to_string(cards.size()) +
-                 " cards are mounted; name the one to write (lxconfig write FILE CARD):" + names);
-    return std::nullopt;
+    return Failure{
+        {},
+        std::to_string(cards.size()) +
+            " cards are mounted; name the one to write (lxconfig write FILE CARD):" + names};
 }
 
 // What the card's file would become.
@@ -79,8 +80,9 @@ void printChanges(const std::string &target, const std::string &card, const std:
         output.out("  " + differenceLine(before, record, difference) + "\n");
 }
 
-// The card's file as it is now, for saying afterwards whether a failure left it alone.
-std::optional<std::string> currentBytes(const std::string &target)
+// The card's file as it is now, or nothing when it cannot be read, for saying afterwards
+// whether a failure left it alone.
+std::optional<std::string> bytesIfReadable(const std::string &target)
 {
     Result<std::string> bytes = readTextFile(target, kLargestFile);
     if (!bytes)
@@ -101,8 +103,8 @@ int writeCommand(const Invocation &invocation, Output &output)
     if (!succeeded(record, output))
         return kExitFailure;
 
-    const std::optional<std::string> card = chosenCard(invocation, output);
-    if (!card)
+    const Result<std::string> card = chosenCard(invocation);
+    if (!succeeded(card, output))
         return kExitFailure;
     const std::optional<MountedCard> mount = mountAt(*card);
     struct stat cardState;
@@ -117,13 +119,13 @@ int writeCommand(const Invocation &invocation, Output &output)
         return kExitSuccess;
     }
 
-    const std::optional<std::string> before = currentBytes(target);
+    const std::optional<std::string> before = bytesIfReadable(target);
     if (const std::optional<CardWriteFailure> failed =
             writeToCard(target, *bytes, *card, cardState.st_dev, invocation.backup)) {
         std::string line = failed->failure.message();
         if (!failed->cause.empty())
             line += "; " + failed->cause;
-        const std::optional<std::string> after = currentBytes(target);
+        const std::optional<std::string> after = bytesIfReadable(target);
         if (before && after == before)
             line += std::string("; the card's old ") + kCardFileName + " is as it was";
         else if (before && !after)

@@ -47,23 +47,24 @@ std::optional<std::int64_t> wholeNumber(std::string_view text)
 
 namespace {
 
-std::optional<std::string> applyValue(lumarex::ConfigRecord &record, const FieldInfo &info,
-                                      int element, const std::string &value)
+// One value into the record; a failure (without a file) when the field cannot hold it.
+Done applyValue(lumarex::ConfigRecord &record, const FieldInfo &info, int element,
+                const std::string &value)
 {
     if (info.type == FieldType::Ascii4) {
         if (setMagicText(record, value))
-            return std::nullopt;
-        return std::string("expected ") + kMagicDescription;
+            return {};
+        return Failure{{}, std::string("expected ") + kMagicDescription};
     }
     const std::optional<std::int64_t> number = wholeNumber(value);
     const ValueRange range = valueRange(info.type);
     if (!number || *number < range.min || *number > range.max)
-        return "expected " + rangeDescription(info.type);
+        return Failure{{}, "expected " + rangeDescription(info.type)};
     if (element == kAllElements)
         setAllElements(record, info, *number);
     else
         setNumber(record, info, element, *number);
-    return std::nullopt;
+    return {};
 }
 
 std::optional<std::string> assignmentProblem(lumarex::ConfigRecord &record, const std::string &text)
@@ -104,8 +105,8 @@ std::optional<std::string> assignmentProblem(lumarex::ConfigRecord &record, cons
         if (error != std::errc() || info.elementCount() == 1 || element >= info.elementCount())
             return key + ": no such element";
     }
-    if (std::optional<std::string> problem = applyValue(record, info, element, text.substr(at + 1)))
-        return key + ": " + *problem;
+    if (const Done applied = applyValue(record, info, element, text.substr(at + 1)); !applied)
+        return key + ": " + applied.failure().reason;
     return std::nullopt;
 }
 

@@ -1,10 +1,10 @@
 #include "settingvalue.h"
 
 #include "assignment.h"
+#include "controltext.h"
 #include "conversions.h"
 #include "fieldvalue.h"
 #include "storednumber.h"
-#include "valuetext.h"
 
 #include <cctype>
 #include <charconv>
@@ -38,10 +38,7 @@ std::string_view trimmed(std::string_view text)
 // The stored value of an item, or nothing when the item cannot be stored (a mode without code).
 std::optional<std::int64_t> itemStored(Stored stored, const ControlFacts &facts, int index)
 {
-    lumarex::ControlState state;
-    state.index = index;
-    state.itemText = facts.item(index);
-    return lumarex::storedNumber(stored, state);
+    return lumarex::itemStoredNumber(stored, facts, index);
 }
 
 std::string itemList(Stored stored, const ControlFacts &facts)
@@ -52,7 +49,7 @@ std::string itemList(Stored stored, const ControlFacts &facts)
         if (!value)
             continue;
         list += (list.empty() ? "" : ", ") + std::to_string(*value) + " " +
-                lumarex::roundtrip::quoted(facts.item(i));
+                lumarex::quoted(facts.item(i));
     }
     return list;
 }
@@ -84,7 +81,7 @@ SettingValue comboValue(Stored stored, const ControlFacts &facts, std::string_vi
     if (prefixed.size() > 1) {
         std::string problem = "\"" + std::string(text) + "\" begins more than one item: ";
         for (std::size_t i = 0; i < prefixed.size(); ++i)
-            problem += (i > 0 ? ", " : "") + lumarex::roundtrip::quoted(facts.item(prefixed[i]));
+            problem += (i > 0 ? ", " : "") + lumarex::quoted(facts.item(prefixed[i]));
         return {std::nullopt, false, problem};
     }
     return {std::nullopt, false, "no item \"" + std::string(text) + "\"; " + holds};
@@ -105,7 +102,7 @@ SettingValue checkValue(std::string_view text)
 
 SettingValue spinValue(const ControlFacts &facts, std::string_view text)
 {
-    const std::string holds = "the window holds " + lumarex::roundtrip::rangeText(facts);
+    const std::string holds = "the window holds " + lumarex::rangeText(facts);
     const std::optional<std::int64_t> number = wholeNumber(text);
     if (!number)
         return {std::nullopt, false, "expected a whole number; " + holds};
@@ -117,7 +114,7 @@ SettingValue spinValue(const ControlFacts &facts, std::string_view text)
 SettingValue hundredthsValue(const ControlFacts &facts, std::string_view text)
 {
     const std::string holds =
-        "the window holds " + lumarex::roundtrip::rangeText(facts) + " (stored in hundredths)";
+        "the window holds " + lumarex::rangeText(facts) + " (stored in hundredths)";
     std::optional<std::int64_t> stored = wholeNumber(text);
     const bool whole = stored.has_value();
     const std::string_view number = trimmed(text);
@@ -179,15 +176,15 @@ std::string shownValue(lumarex::Field field, std::int64_t stored)
     if (facts->itemCount > 0) {
         for (int i = 0; i < facts->itemCount; ++i) {
             if (itemStored(pairing->stored, *facts, i) == stored)
-                return lumarex::roundtrip::quoted(facts->item(i));
+                return lumarex::quoted(facts->item(i));
         }
         return std::to_string(stored) + " (no item)";
     }
     if (pairing->stored == Stored::Checked)
         return stored == 0 ? "off" : "on";
     if (pairing->stored == Stored::Hundredths)
-        return lumarex::roundtrip::realText(
-            lumarex::esoOffsetFromField(static_cast<std::uint32_t>(stored)), facts->decimals);
+        return lumarex::decimalText(lumarex::esoOffsetFromField(static_cast<std::uint32_t>(stored)),
+                                    facts->decimals);
     return std::to_string(stored);
 }
 

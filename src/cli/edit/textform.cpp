@@ -122,26 +122,27 @@ bool setQuotedMagic(ConfigRecord &record, std::string_view text)
     return true;
 }
 
-std::optional<std::string> setStoredNumber(ConfigRecord &record, const FieldInfo &info, int element,
-                                           const std::string &text)
+// The stored number of a line into the record; a failure (without a file) when it does not fit.
+Done setStoredNumber(ConfigRecord &record, const FieldInfo &info, int element,
+                     const std::string &text)
 {
     if (info.type == FieldType::Bytes8) {
         std::uint64_t value = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (error != std::errc() || end != text.data() + text.size())
-            return "expected a whole number from 0 to 18446744073709551615";
+            return Failure{{}, "expected a whole number from 0 to 18446744073709551615"};
         record.setValue64(info.field, value);
-        return std::nullopt;
+        return {};
     }
     const std::optional<std::int64_t> number = wholeNumber(text);
     const ValueRange range = valueRange(info.type);
     if (!number || *number < range.min || *number > range.max)
-        return "expected " + rangeDescription(info.type);
+        return Failure{{}, "expected " + rangeDescription(info.type)};
     if (element < 0)
         setAllElements(record, info, *number);
     else
         setNumber(record, info, element, *number);
-    return std::nullopt;
+    return {};
 }
 
 } // namespace
@@ -232,9 +233,8 @@ LineValue readLine(const TextLine &line, ConfigRecord &record)
             read.problem = std::string(info.name) +
                            ": expected 4 characters in double quotes, a byte as \\xNN";
     } else if (!lumarex::formFieldOf(info.field) || read.element >= 0) {
-        if (const std::optional<std::string> problem =
-                setStoredNumber(record, info, read.element, read.value))
-            read.problem = line.name + ": " + *problem;
+        if (const Done set = setStoredNumber(record, info, read.element, read.value); !set)
+            read.problem = line.name + ": " + set.failure().reason;
     } else {
         const SettingValue value = settingValue(*lumarex::formFieldOf(info.field), read.value);
         const ValueRange range = valueRange(info.type);

@@ -321,7 +321,7 @@ Result<InputBytes> OutputFile::read(std::size_t limit)
 
 Done OutputFile::replace(std::string_view data, Backup backup)
 {
-    return replaceWith([data](int fd) { return writeAll(fd, data); }, backup);
+    return replaceWith([data](int fd) { return writeAllErrno(fd, data); }, backup);
 }
 
 Done OutputFile::replaceWith(const ContentWriter &write, Backup backup)
@@ -500,7 +500,8 @@ int copyFile(int from, int to, const struct stat &old)
             return errno;
         if (got == 0)
             break;
-        if (const int error = writeAll(to, std::string_view(chunk, static_cast<std::size_t>(got))))
+        if (const int error =
+                writeAllErrno(to, std::string_view(chunk, static_cast<std::size_t>(got))))
             return error;
         offset += got;
     }

@@ -1,11 +1,10 @@
 #include "htmlreport.h"
 
-#include "conversions.h"
+#include "controltext.h"
 #include "explain.h"
 #include "fieldtext.h"
 #include "fieldvalue.h"
 #include "formfields.h"
-#include "itemtexts.h"
 #include "recorddifference.h"
 #include "roundtrip.h"
 #include "xmltext.h"
@@ -101,33 +100,20 @@ std::string storedHtml(const ConfigRecord &record, const FieldInfo &info)
     return numbersHtml(numbers);
 }
 
-// The shutter offset in the window's degrees and decimals as the file stores it, a signed
-// number, and not clamped to the box's range.
-std::string esoOffsetDegrees(std::uint32_t stored)
-{
-    const auto number = static_cast<std::int32_t>(stored);
-    const double degrees = number < 0 ? -lumarex::esoOffsetFromField(static_cast<std::uint32_t>(
-                                            -static_cast<std::int64_t>(number)))
-                                      : lumarex::esoOffsetFromField(stored);
-    char text[48];
-    std::snprintf(text, sizeof text, "%.*f",
-                  lumarex::controlOf(lumarex::Field::esoOffset)->decimals, degrees);
-    return text;
-}
-
 // The Value column: what the file holds in the window's words, never clamped: the item text,
 // a check box's state, the offset in degrees, or the number.
 std::string shownHtml(const ConfigRecord &record, const FieldInfo &info)
 {
     const lumarex::ControlFacts *control = lumarex::controlOf(info.field);
     if (control && control->className == "QCheckBox")
-        return record.value(info.field) != 0 ? "checked" : "unchecked";
+        return std::string(lumarex::checkText(record.value(info.field) != 0));
     if (info.field == lumarex::Field::esoOffset)
-        return numbersHtml({esoOffsetDegrees(record.value(info.field))});
-    if (const ItemList *list = itemListOf(info.field)) {
-        const std::optional<std::string> item = itemText(*list, record.value(info.field));
-        return item ? xmlEscaped(*item) : std::string("(no item)");
-    }
+        return numbersHtml({esoOffsetStored(record.value(info.field))});
+    const Shown shown = shownOf(record, info, 0);
+    if (shown.kind == Shown::Kind::Item)
+        return xmlEscaped(shown.text);
+    if (shown.kind == Shown::Kind::NoItem)
+        return "(no item)";
     if (info.type == lumarex::FieldType::Ascii4)
         return xmlEscaped(magicText(record));
     return storedHtml(record, info);

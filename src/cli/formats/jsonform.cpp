@@ -52,35 +52,37 @@ std::optional<std::int64_t> wholeNumber(const JsonValue &value, FieldType type)
     return static_cast<std::int64_t>(number);
 }
 
-// One field's value into the record; the reason naming the key when it does not fit.
-std::optional<std::string> readField(const JsonValue &value, const FieldInfo &info,
-                                     ConfigRecord &record)
+// One field's value into the record; a failure (without a file) naming the key when it does
+// not fit.
+Done readField(const JsonValue &value, const FieldInfo &info, ConfigRecord &record)
 {
     const std::string key = info.name;
     if (info.type == FieldType::Ascii4) {
         if (value.is_string() && setMagicText(record, value.get_ref<const std::string &>()))
-            return std::nullopt;
-        return key + ": expected " + kMagicDescription;
+            return {};
+        return Failure{{}, key + ": expected " + kMagicDescription};
     }
     if (info.type == FieldType::U16x20) {
         if (!value.is_array() || value.size() != static_cast<std::size_t>(info.elementCount())) {
-            return key + ": expected an array of " + std::to_string(info.elementCount()) +
-                   " numbers, each " + rangeDescription(info.type);
+            return Failure{{},
+                           key + ": expected an array of " + std::to_string(info.elementCount()) +
+                               " numbers, each " + rangeDescription(info.type)};
         }
         for (int element = 0; element < info.elementCount(); ++element) {
             const std::optional<std::int64_t> number =
                 wholeNumber(value.at(static_cast<std::size_t>(element)), info.type);
             if (!number)
-                return elementKey(info, element) + ": expected " + rangeDescription(info.type);
+                return Failure{
+                    {}, elementKey(info, element) + ": expected " + rangeDescription(info.type)};
             setNumber(record, info, element, *number);
         }
-        return std::nullopt;
+        return {};
     }
     const std::optional<std::int64_t> number = wholeNumber(value, info.type);
     if (!number)
-        return key + ": expected " + rangeDescription(info.type);
+        return Failure{{}, key + ": expected " + rangeDescription(info.type)};
     setNumber(record, info, 0, *number);
-    return std::nullopt;
+    return {};
 }
 
 } // namespace
@@ -132,8 +134,8 @@ Result<ConfigRecord> recordFromJson(std::string_view json)
         const auto it = document.find(info.name);
         if (it == document.end())
             return Failure{{}, std::string(info.name) + ": missing"};
-        if (const std::optional<std::string> problem = readField(*it, info, record))
-            return Failure{{}, *problem};
+        if (Done read = readField(*it, info, record); !read)
+            return read.failure();
     }
     return record;
 }
@@ -144,9 +146,8 @@ Done setFieldsFromJson(const nlohmann::json &form, ConfigRecord &record)
         const std::optional<lumarex::Field> field = lumarex::fieldByName(member.key());
         if (!field)
             return Failure{{}, escapedForMessage(member.key()) + ": no such field"};
-        if (std::optional<std::string> problem =
-                readField(member.value(), lumarex::fieldInfo(*field), record))
-            return Failure{{}, *problem};
+        if (Done read = readField(member.value(), lumarex::fieldInfo(*field), record); !read)
+            return read;
     }
     return {};
 }

@@ -15,7 +15,7 @@ OutputFile::ContentWriter writerOf(const PieceProducer &produce)
     return [&produce](int fd) {
         int error = 0;
         produce([fd, &error](std::string_view piece) {
-            error = writeAll(fd, piece);
+            error = writeAllErrno(fd, piece);
             return error == 0;
         });
         return error;

@@ -1,6 +1,7 @@
 #include "explain.h"
 
 #include "configrecord.h"
+#include "controltext.h"
 #include "conversions.h"
 #include "editormodel.h"
 #include "editorverdict.h"
@@ -8,6 +9,7 @@
 #include "formfields.h"
 #include "formrulemodel.h"
 #include "restoreorder.h"
+#include "storednumber.h"
 #include "valuetext.h"
 
 #include <algorithm>
@@ -74,19 +76,12 @@ std::string storedAs(Stored stored, const FieldInfo &info)
     return {};
 }
 
-// What a combo item is stored as.
+// What a combo item is stored as: the number the save command stores for it, a device mode
+// code named as one.
 std::string itemValue(Stored stored, const ControlFacts &facts, int index)
 {
-    switch (stored) {
-    case Stored::Ext0Code:
-        return "code " + std::to_string(ext0ModeCode(index).value_or(0));
-    case Stored::Ext1Code:
-        return "code " + std::to_string(ext1ModeCode(index).value_or(0));
-    case Stored::ItemNumber:
-        return std::string(facts.item(index));
-    default:
-        return std::to_string(index);
-    }
+    const std::string number = std::to_string(itemStoredNumber(stored, facts, index).value_or(0));
+    return stored == Stored::Ext0Code || stored == Stored::Ext1Code ? "code " + number : number;
 }
 
 std::string startText(const ControlFacts &facts)
@@ -96,10 +91,10 @@ std::string startText(const ControlFacts &facts)
                                     : "item " + std::to_string(facts.startIndex) + " " +
                                           quoted(facts.item(facts.startIndex));
     if (facts.className == "QCheckBox")
-        return facts.startChecked ? "checked" : "unchecked";
+        return std::string(checkText(facts.startChecked));
     if (facts.className == "QLineEdit")
         return quoted(facts.startText);
-    return realText(facts.startValue, facts.decimals);
+    return decimalText(facts.startValue, facts.decimals);
 }
 
 std::string controlName(std::string_view objectName)
@@ -302,9 +297,9 @@ void explainField(const FieldInfo &info, Lines &lines)
         if (facts->decimals > 0)
             range += ", " + std::to_string(facts->decimals) + " decimals";
         if (pairing->stored == Stored::Hundredths)
-            range += "; stored in hundredths: " + realText(facts->minimum, facts->decimals) +
+            range += "; stored in hundredths: " + decimalText(facts->minimum, facts->decimals) +
                      " is " + std::to_string(esoOffsetToField(facts->minimum)) + ", " +
-                     realText(facts->maximum, facts->decimals) + " is " +
+                     decimalText(facts->maximum, facts->decimals) + " is " +
                      std::to_string(esoOffsetToField(facts->maximum));
         lines.push_back(range);
     }
@@ -408,7 +403,7 @@ namespace {
 std::string holdsText(const FieldInfo &info, const ControlFacts &facts)
 {
     if (facts.className == "QCheckBox")
-        return "0 unchecked, 1 checked";
+        return "0 " + std::string(checkText(false)) + ", 1 " + std::string(checkText(true));
     if (facts.itemCount == 0)
         return rangeText(facts);
     const Stored stored = formFieldOf(info.field)->stored;

@@ -1,12 +1,12 @@
 #include "fieldtext.h"
 
+#include "controltext.h"
 #include "conversions.h"
 #include "fieldvalue.h"
 #include "formfields.h"
 #include "itemtexts.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace lxconfig {
 
@@ -19,9 +19,16 @@ std::string esoOffsetShown(std::uint32_t stored)
     const lumarex::ControlFacts &control = *lumarex::controlOf(Field::esoOffset);
     const double degrees =
         std::clamp(lumarex::esoOffsetFromField(stored), control.minimum, control.maximum);
-    char text[32];
-    std::snprintf(text, sizeof text, "%.*f", control.decimals, degrees);
-    return text;
+    return lumarex::decimalText(degrees, control.decimals);
+}
+
+std::string esoOffsetStored(std::uint32_t stored)
+{
+    const auto number = static_cast<std::int32_t>(stored);
+    const double degrees = number < 0 ? -lumarex::esoOffsetFromField(static_cast<std::uint32_t>(
+                                            -static_cast<std::int64_t>(number)))
+                                      : lumarex::esoOffsetFromField(stored);
+    return lumarex::decimalText(degrees, lumarex::controlOf(Field::esoOffset)->decimals);
 }
 
 Shown shownOf(const ConfigRecord &record, const FieldInfo &info, int element)

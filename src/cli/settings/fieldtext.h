@@ -33,6 +33,9 @@ std::string elementText(const lumarex::ConfigRecord &record, const lumarex::Fiel
 // The shutter offset as the window shows it: the box clamps what a load gives it to its range
 // and shows its decimals ("10.00").
 std::string esoOffsetShown(std::uint32_t stored);
+// The shutter offset in degrees with the box's decimals as the file stores it: a signed number,
+// not clamped to the box's range (the report's Value column).
+std::string esoOffsetStored(std::uint32_t stored);
 
 // The whole field; an array as its 20 numbers separated by spaces.
 std::string fieldText(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info);

@@ -4,7 +4,7 @@
 
 namespace lxconfig {
 
-int writeAll(int fd, std::string_view data)
+int writeAllErrno(int fd, std::string_view data)
 {
     while (!data.empty()) {
         const ssize_t written = retried([&] { return ::write(fd, data.data(), data.size()); });

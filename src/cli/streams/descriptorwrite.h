@@ -17,7 +17,10 @@ template <typename Call> auto retried(Call call)
     return result;
 }
 
-// Writes everything to the descriptor, retrying short writes; the errno of the failure, or 0.
-int writeAll(int fd, std::string_view data);
+// Writes everything to the descriptor, retrying short writes. It returns an errno, not a Result,
+// because the callers make different messages of it (the file layer's "cannot write: ...", the
+// card's cause, standard output's error at exit): the errno of the failure, or 0 when all of
+// it was written.
+int writeAllErrno(int fd, std::string_view data);
 
 } // namespace lxconfig

@@ -31,7 +31,7 @@ bool Output::flushOut()
         if (std::fflush(m_out) != 0)
             m_outError = errno;
         else
-            m_outError = writeAll(fileno(m_out), m_pending);
+            m_outError = writeAllErrno(fileno(m_out), m_pending);
     }
     m_pending.clear();
     return m_outError == 0;
