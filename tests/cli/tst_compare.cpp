@@ -60,6 +60,7 @@ private slots:
     void groupsAndMinority();
     void sameSettings();
     void tieMarksNoMinority();
+    void valueTheWindowCannotShow();
     void columnsWhereTheTerminalIsWideEnough_data();
     void columnsWhereTheTerminalIsWideEnough();
     void json();
@@ -113,6 +114,26 @@ void TestCompare::tieMarksNoMinority()
                 "serialBaudrate: 1 x \"38400\", 1 x \"9600\"\n"
                 "  cam1  \"38400\"\n"
                 "  cam3  \"9600\"\n",
+                "");
+}
+
+void TestCompare::valueTheWindowCannotShow()
+{
+    // -1.25 degrees, below the box's range: the window shows 10.00 (the stored number read
+    // unsigned and held to the range), and compare says both, as show does.
+    QCOMPARE(m_workspace
+                 ->run({"set", "-q", "--force", "cam2/LXCONFIG.BIN", "externalShutter=on",
+                        "esoOffset=-125"})
+                 .exitCode,
+             0);
+    QCOMPARE(m_workspace->run({"set", "-q", "--force", "cam1/LXCONFIG.BIN", "externalShutter=on"})
+                 .exitCode,
+             0);
+    COMPARE_RUN(m_workspace->run({"compare", "cam1/LXCONFIG.BIN", "cam2/LXCONFIG.BIN"}, {kNoWidth}),
+                1,
+                "esoOffset: 1 x 0.00, 1 x -125 (shown as 10.00)\n"
+                "  cam1  0.00\n"
+                "  cam2  -125 (shown as 10.00)\n",
                 "");
 }
 

@@ -7,6 +7,7 @@
 #include "recorddifference.h"
 #include "recordfile.h"
 #include "settingvalue.h"
+#include "textform.h"
 
 #include <algorithm>
 #include <cstring>
@@ -28,11 +29,13 @@ std::uint64_t elementKey(const ConfigRecord &record, const FieldInfo &info, int 
     return key;
 }
 
-// A setting of the window in its words, as set takes it; any other field as show prints it.
+// A setting of the window in its words, as set takes it, or its stored number and what the
+// window shows where no words give it back (as the text form writes it); any other field as
+// show prints it.
 std::string valueText(const ConfigRecord &record, const FieldInfo &info, int element)
 {
     if (info.elementCount() == 1 && lumarex::formFieldOf(info.field))
-        return shownValue(info.field, numberOf(record, info, element));
+        return formValue(record, info, element);
     return elementText(record, info, element);
 }
 

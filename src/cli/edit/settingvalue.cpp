@@ -3,6 +3,7 @@
 #include "assignment.h"
 #include "controltext.h"
 #include "conversions.h"
+#include "fieldtext.h"
 #include "fieldvalue.h"
 #include "storednumber.h"
 
@@ -183,8 +184,7 @@ std::string shownValue(lumarex::Field field, std::int64_t stored)
     if (pairing->stored == Stored::Checked)
         return stored == 0 ? "off" : "on";
     if (pairing->stored == Stored::Hundredths)
-        return lumarex::decimalText(lumarex::esoOffsetFromField(static_cast<std::uint32_t>(stored)),
-                                    facts->decimals);
+        return esoOffsetShown(static_cast<std::uint32_t>(stored));
     return std::to_string(stored);
 }
 

@@ -38,25 +38,6 @@ bool uniform(const ConfigRecord &record, const FieldInfo &info)
     return true;
 }
 
-// The value in the window's words when they give the stored value back; else the stored number
-// with what the window shows beside it.
-std::string formValue(const ConfigRecord &record, const FieldInfo &info, int element)
-{
-    const std::int64_t stored = numberOf(record, info, element);
-    const std::string shown = shownValue(info.field, stored);
-    std::string words = shown;
-    if (words.size() >= 2 && words.front() == '"' && words.back() == '"')
-        words = words.substr(1, words.size() - 2);
-    const SettingValue back = settingValue(*lumarex::formFieldOf(info.field), words);
-    if (back.holdable && back.stored == stored)
-        return shown;
-    const std::string number = numberText(record, info, element);
-    const std::string noted = elementText(record, info, element);
-    if (noted != number || shown == number || shown.compare(0, number.size(), number) == 0)
-        return noted;
-    return number + " (shown as " + shown + ")";
-}
-
 std::string fieldLines(const ConfigRecord &record, const FieldInfo &info)
 {
     if (info.type == FieldType::Ascii4)
@@ -146,6 +127,23 @@ Done setStoredNumber(ConfigRecord &record, const FieldInfo &info, int element,
 }
 
 } // namespace
+
+std::string formValue(const ConfigRecord &record, const FieldInfo &info, int element)
+{
+    const std::int64_t stored = numberOf(record, info, element);
+    const std::string shown = shownValue(info.field, stored);
+    std::string words = shown;
+    if (words.size() >= 2 && words.front() == '"' && words.back() == '"')
+        words = words.substr(1, words.size() - 2);
+    const SettingValue back = settingValue(*lumarex::formFieldOf(info.field), words);
+    if (back.holdable && back.stored == stored)
+        return shown;
+    const std::string number = numberText(record, info, element);
+    const std::string noted = elementText(record, info, element);
+    if (noted != number || shown == number || shown.compare(0, number.size(), number) == 0)
+        return noted;
+    return number + " (shown as " + shown + ")";
+}
 
 std::string recordToText(const ConfigRecord &record)
 {

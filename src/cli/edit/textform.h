@@ -20,6 +20,11 @@ namespace lxconfig {
 
 std::string recordToText(const lumarex::ConfigRecord &record);
 
+// A window setting's value as its line gives it: the window's words where they give the stored
+// value back, else the stored number and what the window shows ("-125 (shown as 10.00)").
+std::string formValue(const lumarex::ConfigRecord &record, const lumarex::FieldInfo &info,
+                      int element);
+
 // A setting's line of a text form: comments (a first non-blank '#') and blank lines are not
 // among them.
 struct TextLine
