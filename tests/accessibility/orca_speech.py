@@ -262,7 +262,8 @@ def orca_ended(home, orca, what):
             lines = [line.strip() for line in output if line.strip()]
     except FileNotFoundError:
         lines = []
-    if orca.returncode == 1 and other_orcas():
+    # Orca refuses with a hint at --replace; the other may have ended by the time this looks.
+    if orca.returncode == 1 and (other_orcas() or any("--replace" in line for line in lines)):
         return OrcaRefused(f"another Orca started for this user beside this one: "
                            f"{lines[-1] if lines else 'no output'}")
     last = f"; its last line: {lines[-1]!r}" if lines else ""
