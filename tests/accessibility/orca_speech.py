@@ -408,12 +408,19 @@ class Walk:
         return None
 
     def complete(self, heard):
-        """Whether the announcement of a control is whole: a line edit's text comes after its
-        caption and role, as an utterance of its own."""
+        """Whether the announcement of a control is whole. Some values come after the caption
+        and role as an utterance of their own, and Orca may log other lines in between: a line
+        edit's text, and a combo box's item on Orca 43 ("GPS combo box" | "item")."""
         control, position = self.spoken_control(heard)
-        if control is None or control["className"] != "QLineEdit" or not control["startText"]:
+        if control is None:
             return True
-        return bool(self.value_heard(control, heard, position))
+        if control["className"] == "QLineEdit":
+            return not control["startText"] or bool(self.value_heard(control, heard, position))
+        if control["className"] == "QComboBox" and self.release < 48:
+            caption = caption_words(control["caption"])
+            said_role_alone = heard[position][len(caption):].strip() == ROLE_OF_CLASS["QComboBox"]
+            return not said_role_alone or position + 1 < len(heard)
+        return True
 
     def start_value(self, control):
         if control["className"] == "QComboBox":
