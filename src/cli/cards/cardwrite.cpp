@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <optional>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -104,51 +105,61 @@ std::string causeOf(const Failure &failure, const std::string &card, dev_t cardD
     return {};
 }
 
-} // namespace
-
-std::optional<std::string> readBackProblem(const std::string &path, std::string_view expected)
+// What the medium gives back for the file at path, compared with expected: done when every byte
+// is the same, else what differs ("byte 12 reads 0x00, 0x43 was written") or why it cannot be
+// read. The failure names file, which may differ from path (a descriptor's path in /proc).
+Done readBack(const std::string &path, std::string_view expected, const std::string &file)
 {
     const int fd = openForReadBack(path);
     if (fd == -1)
-        return std::string("cannot read it back: ") + std::strerror(errno);
+        return Failure{file, std::string("cannot read it back: ") + std::strerror(errno)};
     std::string read;
     const int error = readWhole(fd, expected.size(), read);
     ::close(fd);
     if (error)
-        return std::string("cannot read it back: ") + std::strerror(error);
+        return Failure{file, std::string("cannot read it back: ") + std::strerror(error)};
     const std::size_t common = std::min(read.size(), expected.size());
     for (std::size_t i = 0; i < common; ++i) {
         if (read[i] != expected[i])
-            return std::string(kDiffers) + ": byte " + std::to_string(i) + " reads " +
-                   byteText(static_cast<unsigned char>(read[i])) + ", " +
-                   byteText(static_cast<unsigned char>(expected[i])) + " was written";
+            return Failure{file, std::string(kDiffers) + ": byte " + std::to_string(i) + " reads " +
+                                     byteText(static_cast<unsigned char>(read[i])) + ", " +
+                                     byteText(static_cast<unsigned char>(expected[i])) +
+                                     " was written"};
     }
     if (read.size() != expected.size())
-        return std::string(kDiffers) + ": the card gives back " + std::to_string(read.size()) +
-               " bytes, " + std::to_string(expected.size()) + " were written";
-    return std::nullopt;
+        return Failure{file, std::string(kDiffers) + ": the card gives back " +
+                                 std::to_string(read.size()) + " bytes, " +
+                                 std::to_string(expected.size()) + " were written"};
+    return {};
 }
 
-std::optional<CardWriteFailure> writeToCard(const std::string &path, std::string_view data,
-                                            const std::string &card, dev_t cardDevice,
-                                            Backup backup)
+// The failure followed by what the card's state says of it, when it says something.
+Failure withCause(const Failure &failure, const std::string &cause)
+{
+    return cause.empty() ? failure : Failure{failure.file, failure.reason + "; " + cause};
+}
+
+} // namespace
+
+Done writeToCard(const std::string &path, std::string_view data, const std::string &card,
+                 dev_t cardDevice, Backup backup)
 {
     // A read-back that gives other bytes says what the card is; one that cannot read, that the
     // card's state says more.
-    const auto readBackFailure = [&](const std::string &problem) {
-        const Failure failure{path, problem};
-        if (problem.compare(0, kDiffers.size(), kDiffers) == 0)
-            return CardWriteFailure{failure, "the card does not keep what is written"};
-        return CardWriteFailure{failure, causeOf(failure, card, cardDevice, data.size())};
+    const auto readBackFailure = [&](const Failure &problem) {
+        if (problem.reason.compare(0, kDiffers.size(), kDiffers) == 0)
+            return withCause(problem, "the card does not keep what is written");
+        return withCause(problem, causeOf(problem, card, cardDevice, data.size()));
     };
-    std::optional<std::string> unkept;
+    std::optional<Failure> unkept;
     // The temporary file is read back before it replaces the old one.
     const OutputFile::ContentWriter writeAndReadBack = [&](int fd) {
         if (const int error = writeAllErrno(fd, data))
             return error;
         if (::fsync(fd) == -1)
             return errno;
-        unkept = readBackProblem("/proc/self/fd/" + std::to_string(fd), data);
+        if (Done kept = readBack("/proc/self/fd/" + std::to_string(fd), data, path); !kept)
+            unkept = kept.failure();
         return unkept ? EIO : 0;
     };
     OutputFile file;
@@ -158,12 +169,11 @@ std::optional<CardWriteFailure> writeToCard(const std::string &path, std::string
     if (unkept)
         return readBackFailure(*unkept);
     if (!done)
-        return CardWriteFailure{done.failure(),
-                                causeOf(done.failure(), card, cardDevice, data.size())};
+        return withCause(done.failure(), causeOf(done.failure(), card, cardDevice, data.size()));
     // The rename is on the medium too, with the folder.
-    if (const std::optional<std::string> problem = readBackProblem(path, data))
-        return readBackFailure(*problem);
-    return std::nullopt;
+    if (Done kept = readBack(path, data, path); !kept)
+        return readBackFailure(kept.failure());
+    return {};
 }
 
 } // namespace lxconfig

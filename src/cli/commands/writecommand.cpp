@@ -120,11 +120,10 @@ int writeCommand(const Invocation &invocation, Output &output)
     }
 
     const std::optional<std::string> before = bytesIfReadable(target);
-    if (const std::optional<CardWriteFailure> failed =
-            writeToCard(target, *bytes, *card, cardState.st_dev, invocation.backup)) {
-        std::string line = failed->failure.message();
-        if (!failed->cause.empty())
-            line += "; " + failed->cause;
+    if (const Done written =
+            writeToCard(target, *bytes, *card, cardState.st_dev, invocation.backup);
+        !written) {
+        std::string line = written.failure().message();
         const std::optional<std::string> after = bytesIfReadable(target);
         if (before && after == before)
             line += std::string("; the card's old ") + kCardFileName + " is as it was";
