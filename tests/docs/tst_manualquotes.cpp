@@ -1,8 +1,9 @@
 // The user manual's quotes of the form held against the form's generated facts: every quoted
 // text is a caption, an item, a page or one of the other texts the window shows, and the choices,
-// ranges and start values in its settings tables are those of the control the row names. A text
-// or a start value changed in the form then fails here, naming the line of docs/manual.md to
-// change, instead of going stale silently.
+// ranges and start values in its settings tables are those of the control the row names, and its
+// Tab order table names every control of each page in the form's order. A text or a start value
+// changed in the form then fails here, naming the line of docs/manual.md to change, instead of
+// going stale silently.
 
 #include "formcontrols.h"
 
@@ -85,6 +86,29 @@ struct Problems
     }
 };
 
+// The quoted texts of a table cell, each with whether it stands within parentheses (a caption
+// may hold parentheses of its own: "Lower threshold (°C)").
+QVector<QPair<QString, bool>> quotesIn(const QString &cell)
+{
+    QVector<QPair<QString, bool>> quotes;
+    int depth = 0;
+    bool inQuote = false;
+    for (const QChar ch : cell) {
+        if (ch == '"') {
+            if (!inQuote)
+                quotes.append({QString(), depth > 0});
+            inQuote = !inQuote;
+        } else if (inQuote) {
+            quotes.last().first += ch;
+        } else if (ch == '(') {
+            ++depth;
+        } else if (ch == ')' && depth > 0) {
+            --depth;
+        }
+    }
+    return quotes;
+}
+
 } // namespace
 
 class TestManualQuotes : public QObject
@@ -95,6 +119,7 @@ private slots:
     void initTestCase();
     void everyQuoteIsInTheWindow();
     void settingsTablesHoldTheForm();
+    void tabOrderTableHoldsTheForm();
 
 private:
     QStringList m_lines;
@@ -201,6 +226,70 @@ void TestManualQuotes::settingsTablesHoldTheForm()
     // The tables are found at all: the Periphery, Trigger, GPS/Serial, SBUS/PPM, Extensions,
     // Isotherms and Overlay pages' rows.
     QVERIFY2(checkedCells >= 40, qPrintable(QString::number(checkedCells) + " cells checked"));
+}
+
+void TestManualQuotes::tabOrderTableHoldsTheForm()
+{
+    // The Tab order table: a header row "| Page | Tab order |", then a row per page naming its
+    // controls by their quoted captions. The form sets no Tab order of its own, so Tab follows
+    // the order the form lists its controls in. Every control of the page is named in its row,
+    // and those named outside parentheses (the ones Tab reaches) come in the form's order.
+    Problems problems;
+    int rows = 0;
+    bool inTable = false;
+    for (int i = 0; i < m_lines.size(); ++i) {
+        const QString &line = m_lines.at(i);
+        if (!line.startsWith('|')) {
+            inTable = false;
+            continue;
+        }
+        QStringList cells = line.split('|');
+        cells = cells.mid(1, cells.size() - 2);
+        for (QString &cell : cells)
+            cell = cell.trimmed();
+        if (cells == QStringList{QStringLiteral("Page"), QStringLiteral("Tab order")}) {
+            inTable = true;
+            continue;
+        }
+        if (!inTable || cells.value(0).startsWith(QLatin1String("---")))
+            continue;
+        ++rows;
+        QStringList pageCaptions;
+        for (std::size_t c = 0; c < lumarex::formControlCount(); ++c) {
+            const lumarex::ControlFacts &control = lumarex::formControls()[c];
+            if (text(control.page) == cells.value(0))
+                pageCaptions << text(control.caption);
+        }
+        if (pageCaptions.isEmpty()) {
+            problems.add(i + 1, QStringLiteral("\"%1\" is not a page").arg(cells.value(0)));
+            continue;
+        }
+        QStringList named;   // every caption of the page the row quotes
+        QStringList reached; // those outside parentheses, in the row's order
+        for (const auto &[quotedText, aside] : quotesIn(cells.value(1))) {
+            if (!pageCaptions.contains(quotedText))
+                continue;
+            named << quotedText;
+            if (!aside)
+                reached << quotedText;
+        }
+        for (const QString &caption : qAsConst(pageCaptions)) {
+            if (!named.contains(caption))
+                problems.add(i + 1, QStringLiteral("\"%1\" is not named").arg(caption));
+        }
+        QStringList inFormOrder;
+        for (const QString &caption : qAsConst(pageCaptions)) {
+            if (reached.contains(caption))
+                inFormOrder << caption;
+        }
+        if (reached != inFormOrder)
+            problems.add(i + 1, QStringLiteral("Tab reaches \"%1\" in this order, the row says "
+                                               "\"%2\"")
+                                    .arg(inFormOrder.join(QLatin1String("\", \"")),
+                                         reached.join(QLatin1String("\", \""))));
+    }
+    QVERIFY2(problems.lines.isEmpty(), qPrintable(problems.lines.join('\n')));
+    QCOMPARE(rows, 8);
 }
 
 QTEST_GUILESS_MAIN(TestManualQuotes)
