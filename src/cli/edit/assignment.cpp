@@ -67,7 +67,9 @@ Done applyValue(lumarex::ConfigRecord &record, const FieldInfo &info, int elemen
     return {};
 }
 
-std::optional<std::string> assignmentProblem(lumarex::ConfigRecord &record, const std::string &text)
+} // namespace
+
+Done applyAssignment(lumarex::ConfigRecord &record, const std::string &text)
 {
     // NAME, then [DIGITS], then = and a value on one line.
     std::size_t at = 0;
@@ -88,14 +90,14 @@ std::optional<std::string> assignmentProblem(lumarex::ConfigRecord &record, cons
     const bool matches = !name.empty() && at < text.size() && text[at] == '=' &&
                          text.find('\n', at) == std::string::npos;
     if (!matches)
-        return text + ": expected FIELD=VALUE or FIELD[INDEX]=VALUE";
+        return Failure{{}, text + ": expected FIELD=VALUE or FIELD[INDEX]=VALUE"};
 
     const std::string key = text.substr(0, text.find('='));
     const std::optional<lumarex::Field> field = lumarex::fieldByName(name);
     if (!field)
-        return key + ": no such field";
+        return Failure{{}, key + ": no such field"};
     if (*field == lumarex::Field::crc)
-        return key + ": the checksum is computed, not set";
+        return Failure{{}, key + ": the checksum is computed, not set"};
 
     const FieldInfo &info = lumarex::fieldInfo(*field);
     int element = kAllElements;
@@ -103,19 +105,10 @@ std::optional<std::string> assignmentProblem(lumarex::ConfigRecord &record, cons
         const auto [end, error] =
             std::from_chars(index->data(), index->data() + index->size(), element);
         if (error != std::errc() || info.elementCount() == 1 || element >= info.elementCount())
-            return key + ": no such element";
+            return Failure{{}, key + ": no such element"};
     }
     if (const Done applied = applyValue(record, info, element, text.substr(at + 1)); !applied)
-        return key + ": " + applied.failure().reason;
-    return std::nullopt;
-}
-
-} // namespace
-
-Done applyAssignment(lumarex::ConfigRecord &record, const std::string &text)
-{
-    if (const std::optional<std::string> problem = assignmentProblem(record, text))
-        return Failure{{}, *problem};
+        return Failure{{}, key + ": " + applied.failure().reason};
     return {};
 }
 

@@ -53,9 +53,10 @@ std::string logTail(const std::string &log)
     return tail;
 }
 
-// Nothing when the browser printed the page, otherwise why not.
-std::optional<std::string> pdfProblem(const std::string &browser, const std::string &html,
-                                      const std::string &pdf, const std::string &work)
+} // namespace
+
+Done printToPdf(const std::string &browser, const std::string &html, const std::string &pdf,
+                const std::string &work)
 {
     std::vector<std::string> arguments = {
         browser,
@@ -86,7 +87,7 @@ std::optional<std::string> pdfProblem(const std::string &browser, const std::str
     const std::string log = work + "/browser.log";
     const pid_t child = ::fork();
     if (child == -1)
-        return std::string("cannot start ") + browser + ": " + std::strerror(errno);
+        return Failure{{}, std::string("cannot start ") + browser + ": " + std::strerror(errno)};
     if (child == 0) {
         const int out = ::open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
         const int none = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
@@ -99,26 +100,17 @@ std::optional<std::string> pdfProblem(const std::string &browser, const std::str
     int status = 0;
     while (::waitpid(child, &status, 0) == -1) {
         if (errno != EINTR)
-            return std::string("cannot wait for ") + browser + ": " + std::strerror(errno);
+            return Failure{{},
+                           std::string("cannot wait for ") + browser + ": " + std::strerror(errno)};
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
         const std::string how = WIFEXITED(status)
                                     ? "exit status " + std::to_string(WEXITSTATUS(status))
                                     : "signal " + std::to_string(WTERMSIG(status));
-        return browser + " failed (" + how + ")" + logTail(log);
+        return Failure{{}, browser + " failed (" + how + ")" + logTail(log)};
     }
     if (::access(pdf.c_str(), R_OK) != 0)
-        return browser + " wrote no PDF" + logTail(log);
-    return std::nullopt;
-}
-
-} // namespace
-
-Done printToPdf(const std::string &browser, const std::string &html, const std::string &pdf,
-                const std::string &work)
-{
-    if (const std::optional<std::string> problem = pdfProblem(browser, html, pdf, work))
-        return Failure{{}, *problem};
+        return Failure{{}, browser + " wrote no PDF" + logTail(log)};
     return {};
 }
 
