@@ -86,6 +86,16 @@ struct Problems
     }
 };
 
+// The trimmed cells of a Markdown table row ("| a | b |").
+QStringList tableCells(const QString &line)
+{
+    QStringList cells = line.split('|');
+    cells = cells.mid(1, cells.size() - 2);
+    for (QString &cell : cells)
+        cell = cell.trimmed();
+    return cells;
+}
+
 // The quoted texts of a table cell, each with whether it stands within parentheses (a caption
 // may hold parentheses of its own: "Lower threshold (°C)").
 QVector<QPair<QString, bool>> quotesIn(const QString &cell)
@@ -182,10 +192,7 @@ void TestManualQuotes::settingsTablesHoldTheForm()
             header.clear();
             continue;
         }
-        QStringList cells = line.split('|');
-        cells = cells.mid(1, cells.size() - 2);
-        for (QString &cell : cells)
-            cell = cell.trimmed();
+        const QStringList cells = tableCells(line);
         if (cells.value(0) == QLatin1String("Setting")) {
             header = cells;
             continue;
@@ -243,10 +250,7 @@ void TestManualQuotes::tabOrderTableHoldsTheForm()
             inTable = false;
             continue;
         }
-        QStringList cells = line.split('|');
-        cells = cells.mid(1, cells.size() - 2);
-        for (QString &cell : cells)
-            cell = cell.trimmed();
+        const QStringList cells = tableCells(line);
         if (cells == QStringList{QStringLiteral("Page"), QStringLiteral("Tab order")}) {
             inTable = true;
             continue;
